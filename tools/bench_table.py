@@ -1,0 +1,37 @@
+"""Prints the results of Google Benchmark as a table: name, value, unit, bar, ok or short.
+
+A benchmark names its bar with a counter `bar`, in the unit of its time; a counter `allocations` has the bar
+that a counter `allocations_bar` names, or 0. Rows without a bar are peers and stand for comparison alone.
+"""
+import json
+import sys
+
+
+def rows(results):
+    for item in results["benchmarks"]:
+        if item.get("aggregate_name") != "median":
+            continue
+        name = item["run_name"]
+        yield name, item["real_time"], item["time_unit"], item.get("bar")
+        if "allocations" in item:
+            yield name + ":allocations", item["allocations"], "per frame", item.get("allocations_bar", 0)
+
+
+def main(path):
+    with open(path, encoding="utf-8") as file:
+        table = list(rows(json.load(file)))
+    if not table:
+        print("bench: no benchmark ran", file=sys.stderr)
+        return 1
+    short = 0
+    width = max(len(row[0]) for row in table)
+    for name, value, unit, bar in table:
+        verdict = "-" if bar is None else "ok" if value <= bar else "short"
+        short += verdict == "short"
+        shown_bar = "" if bar is None else f"{bar:g}"
+        print(f"{name:<{width}}  {value:>12.4f}  {unit:<9}  {shown_bar:>8}  {verdict}")
+    return 1 if short else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1]))
