@@ -1,0 +1,7 @@
+#include "platform/debug_output.h"
+
+namespace varnelo {
+
+void debugOutput(const wchar_t*) {}
+
+}  // namespace varnelo

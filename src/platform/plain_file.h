@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace varnelo {
+
+// A new file, written once from its beginning. The Windows build allocates nothing here: a crashed program
+// writes its report this way. Others use replaceFile().
+class PlainFile {
+public:
+    enum class Opened { Yes, InUse, No };
+
+    PlainFile() = default;
+    PlainFile(const PlainFile&) = delete;
+    PlainFile& operator=(const PlainFile&) = delete;
+    ~PlainFile();
+
+    // Makes the file or empties the one that is there. InUse: somebody else has it open.
+    Opened create(const wchar_t* path);
+    bool write(std::span<const std::uint8_t> bytes);
+
+private:
+    std::intptr_t handle = -1;
+};
+
+// Makes one folder in an existing one; without effect when it exists or cannot be made.
+void makeFolder(const wchar_t* path);
+
+}  // namespace varnelo
