@@ -1,0 +1,248 @@
+#include "views/grid_drag.h"
+
+#include "host/views/grid_test.h"
+
+namespace varnelo {
+namespace {
+
+class GridDragTest : public GridTest {
+protected:
+    void givenFlat() {
+        givenPane(4 * kCellWidth + 30, 400);
+        givenItems({L"a", L"b", L"c", L"d", L"e", L"f"});
+        frame();
+    }
+    void givenTwoGroups() {
+        givenPane(4 * kCellWidth + 30, 900);
+        givenGroups({{L"G", 4}, {L"H", 3}});
+        frame();
+    }
+    // Presses on the icon and moves beyond the threshold.
+    void takeHoldOf(const std::wstring& name) {
+        const auto [x, y] = iconOf(name);
+        press(x, y);
+        drag(x + 6, y);
+    }
+    void dragOver(const std::wstring& name) {
+        const IconCell& c = cell(name);
+        drag(c.targetX + kCellWidth / 2, c.targetY + 20 - grid.scrollY);
+    }
+};
+
+TEST_F(GridDragTest, APressThatMovesFivePixelsIsStillAClick) {
+    givenFlat();
+    const auto [x, y] = iconOf(L"a");
+    press(x, y);
+    drag(x + 3, y + 4);
+    EXPECT_FALSE(grid.mouseDragging);
+    EXPECT_FALSE(grid.cellDragActive);
+    drag(x + 4, y + 4);
+    EXPECT_TRUE(grid.mouseDragging);
+    EXPECT_TRUE(grid.cellDragActive);
+}
+
+TEST_F(GridDragTest, ADraggedCellFollowsTheCursorWhereItWasGrabbed) {
+    givenFlat();
+    const IconCell before = cell(L"a");
+    takeHoldOf(L"a");
+    EXPECT_EQ(cell(L"a").x, before.x);  // the way to the threshold is not made up for
+    drag(input.cursorX + 30, input.cursorY + 7);
+    EXPECT_FLOAT_EQ(cell(L"a").x, before.x + 30);
+    EXPECT_FLOAT_EQ(cell(L"a").y, before.y + 7);
+}
+
+TEST_F(GridDragTest, APressOnALabelMovesNothingAndEndsAsItBegan) {
+    givenFlat();
+    const IconCell& a = cell(L"a");
+    press(a.x + 47, a.y + 80);
+    drag(a.x + 47, a.y + 90);
+    EXPECT_TRUE(grid.mouseDragging);
+    EXPECT_FALSE(grid.cellDragActive);
+    drag(300, 200);
+    release();
+    EXPECT_EQ(cellNames(), (Words{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(selectedNames(), (Words{L"a"}));
+    EXPECT_FALSE(grid.dirty);
+}
+
+TEST_F(GridDragTest, InAFlatPaneTheCellMovesToTheIndexUnderTheCursor) {
+    givenFlat();
+    takeHoldOf(L"a");
+    dragOver(L"c");
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"a", L"d", L"e", L"f"}));
+    EXPECT_EQ(cell(L"b").targetX, 10);
+    dragOver(L"e");
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"d", L"e", L"a", L"f"}));
+    release();
+    EXPECT_FALSE(cell(L"a").dragged);
+    EXPECT_FALSE(grid.cellDragActive);
+    EXPECT_TRUE(grid.dirty);
+    settle();
+    EXPECT_NEAR(cell(L"a").x, 10, 0.5);
+    EXPECT_NEAR(cell(L"a").y, 10 + kCellHeight, 0.5);
+}
+
+TEST_F(GridDragTest, InAFlatPaneTheCursorCountsFromTheCornerOfTheClientArea) {
+    givenPane(4 * kCellWidth + 30, 400, kCellWidth, 0);
+    givenItems({L"a", L"b", L"c", L"d"});
+    frame();
+    takeHoldOf(L"a");  // it stands at index 0, but one cell to the right
+    EXPECT_EQ(cellNames(), (Words{L"b", L"a", L"c", L"d"}));
+}
+
+TEST_F(GridDragTest, AnIndexOutOfRangeEndsAFlatMoveWithoutAnyChange) {
+    givenFlat();
+    takeHoldOf(L"a");
+    dragOver(L"c");
+    drag(200, 390);
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"a", L"d", L"e", L"f"}));
+    EXPECT_TRUE(grid.cellDragActive);
+    drag(-5000, -5000);
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"a", L"d", L"e", L"f"}));
+}
+
+TEST_F(GridDragTest, AllSelectedCellsAreDraggedByTheIconOfOne) {
+    givenFlat();
+    clickOn(L"a");
+    ctrlClickOn(L"b");
+    takeHoldOf(L"b");
+    EXPECT_TRUE(cell(L"a").dragged);
+    EXPECT_TRUE(cell(L"b").dragged);
+    EXPECT_FALSE(cell(L"c").dragged);
+    dragOver(L"e");
+    dragOver(L"e");
+    release();
+    Words names = cellNames();
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (Words{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(cellNames()[0], L"c");
+}
+
+TEST_F(GridDragTest, TheHoverAndThePressFollowACellThatMoves) {
+    givenFlat();
+    hoverOver(L"a");
+    takeHoldOf(L"a");
+    dragOver(L"d");
+    EXPECT_EQ(grid.pressedIndex, indexOf(L"a"));
+    EXPECT_EQ(grid.hoverIndex, indexOf(L"a"));
+}
+
+TEST_F(GridDragTest, InAGroupTheOthersMakeRoom) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"G2");
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G0", L"G3"}));
+    EXPECT_EQ(cell(L"G1").targetX, 10);
+    EXPECT_EQ(orderOf(L"H"), (Words{L"H0", L"H1", L"H2"}));
+}
+
+TEST_F(GridDragTest, ACellNeverLeavesItsGroup) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"H1");
+    release();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G3", L"G0"}));
+    EXPECT_EQ(orderOf(L"H"), (Words{L"H0", L"H1", L"H2"}));
+}
+
+TEST_F(GridDragTest, FarLeftAndAboveIsTheFirstSlotAndFarBelowTheLast) {
+    givenTwoGroups();
+    takeHoldOf(L"G2");
+    drag(-500, -500);
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G2", L"G0", L"G1", L"G3"}));
+    drag(5000, 5000);
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G3", L"G2"}));
+}
+
+TEST_F(GridDragTest, SeveralDraggedCellsOfAGroupKeepTheirOrder) {
+    givenTwoGroups();
+    clickOn(L"G0");
+    ctrlClickOn(L"G2");
+    takeHoldOf(L"G2");  // the cursor is at slot 2, behind both others
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G3", L"G0", L"G2"}));
+    dragOver(L"G3");
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G0", L"G2", L"G3"}));
+}
+
+TEST_F(GridDragTest, ADropPinsTheWholeGroup) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"G1");
+    release();
+    EXPECT_TRUE(grid.dirty);
+    const Words order = orderOf(L"G");
+    EXPECT_EQ(order, (Words{L"G1", L"G0", L"G2", L"G3"}));
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        EXPECT_EQ(cell(order[i]).entry.metaData->slot, static_cast<int>(i));
+        EXPECT_EQ(cell(order[i]).entry.metaData->slotTime, clock.unixTime);
+    }
+    EXPECT_EQ(cell(L"H0").entry.metaData->slotTime, 0);
+    EXPECT_EQ(grid.pressedIndex, -1);
+}
+
+TEST_F(GridDragTest, WhatWasDroppedIsFoundAtTheSamePlaceWhenTheListComesAgain) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"G3");
+    release();
+    const Words order = orderOf(L"G");
+    EntryList list;
+    for (const IconCell& c : grid.cells) list.entries.push_back(c.entry);
+    grid.setEntries(list, TabKind::Desktop);
+    EXPECT_EQ(orderOf(L"G"), order);
+}
+
+TEST_F(GridDragTest, HoverIsFrozenWhileCellsAreDragged) {
+    givenTwoGroups();
+    hoverOver(L"G0");
+    takeHoldOf(L"G0");
+    const int hovered = grid.hoverIndex;
+    dragOver(L"G2");
+    EXPECT_EQ(grid.hoverIndex, hovered);
+}
+
+TEST_F(GridDragTest, AnOverviewPaneMovesNothing) {
+    givenFlat();
+    grid.tabKind = TabKind::Overview;
+    takeHoldOf(L"a");
+    dragOver(L"c");
+    EXPECT_TRUE(grid.mouseDragging);
+    EXPECT_FALSE(grid.cellDragActive);
+    release();
+    EXPECT_EQ(cellNames(), (Words{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(selectedNames(), (Words{L"a"}));
+}
+
+TEST_F(GridDragTest, AfterADragThatMovedNothingOnlyAPressOnEmptySpaceDeselects) {
+    givenFlat();
+    grid.tabKind = TabKind::Overview;
+    takeHoldOf(L"a");
+    grid.pressedIndex = -1;
+    release();
+    EXPECT_EQ(selectedNames(), Words{});
+}
+
+TEST_F(GridDragTest, ADraggedCellThatIsRemovedEndsTheDrag) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    grid.removeEntry(cell(L"G0").entry);
+    EXPECT_FALSE(grid.cellDragActive);
+    drag(200, 200);
+    release();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G3"}));
+}
+
+TEST_F(GridDragTest, AScrolledPaneDropsWhereTheCursorIs) {
+    givenPane(4 * kCellWidth + 30, 150);
+    givenGroups({{L"G", 12}});
+    clickHeader(L"G");
+    settle();
+    grid.scrollY = kCellHeight;
+    frame();
+    takeHoldOf(L"G4");
+    dragOver(L"G6");
+    EXPECT_EQ(orderOf(L"G")[6], L"G4");
+}
+
+}  // namespace
+}  // namespace varnelo

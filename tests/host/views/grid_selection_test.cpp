@@ -1,0 +1,179 @@
+#include "views/grid_selection.h"
+
+#include "host/views/grid_test.h"
+
+namespace varnelo {
+namespace {
+
+class GridSelectionTest : public GridTest {
+protected:
+    // Four columns: a b c d / e f g h
+    void SetUp() override {
+        givenPane(4 * kCellWidth + 30, 400);
+        givenItems({L"a", L"b", L"c", L"d", L"e", L"f", L"g", L"h"});
+        frame();
+    }
+    static constexpr float kEmptyX = 10, kEmptyY = 390;  // below the cells
+};
+
+TEST_F(GridSelectionTest, AClickSelectsOneCell) {
+    clickOn(L"b");
+    EXPECT_EQ(selectedNames(), (Words{L"b"}));
+    clickOn(L"f");
+    EXPECT_EQ(selectedNames(), (Words{L"f"}));
+}
+
+TEST_F(GridSelectionTest, CtrlClickTogglesACell) {
+    clickOn(L"b");
+    ctrlClickOn(L"f");
+    EXPECT_EQ(selectedNames(), (Words{L"b", L"f"}));
+    ctrlClickOn(L"b");
+    EXPECT_EQ(selectedNames(), (Words{L"f"}));
+}
+
+TEST_F(GridSelectionTest, APressOnASelectedCellKeepsTheOthersUntilTheRelease) {
+    clickOn(L"b");
+    ctrlClickOn(L"f");
+    const auto [x, y] = iconOf(L"f");
+    press(x, y);
+    EXPECT_EQ(selectedNames(), (Words{L"b", L"f"}));
+    release();
+    EXPECT_EQ(selectedNames(), (Words{L"f"}));
+}
+
+TEST_F(GridSelectionTest, APressOnAnotherCellSelectsItAtOnce) {
+    clickOn(L"b");
+    const auto [x, y] = iconOf(L"f");
+    press(x, y);
+    EXPECT_EQ(selectedNames(), (Words{L"f"}));
+}
+
+TEST_F(GridSelectionTest, APressOnEmptySpaceDeselectsAllUnlessCtrlIsDown) {
+    clickOn(L"b");
+    input.ctrlDown = true;
+    click(kEmptyX, kEmptyY);
+    EXPECT_EQ(selectedNames(), (Words{L"b"}));
+    input.ctrlDown = false;
+    click(kEmptyX, kEmptyY);
+    EXPECT_EQ(selectedNames(), Words{});
+}
+
+TEST_F(GridSelectionTest, AReleaseAfterAPressOutsideDeselectsAll) {
+    clickOn(L"b");
+    click(10, 1000);
+    EXPECT_EQ(selectedNames(), Words{});
+}
+
+TEST_F(GridSelectionTest, APaneThatIsNotSelectableClearsEverySelectionOnAPress) {
+    clickOn(L"b");
+    grid.selectable = false;
+    const auto [x, y] = iconOf(L"f");
+    click(x, y);
+    EXPECT_EQ(selectedNames(), Words{});
+    press(kEmptyX, kEmptyY);
+    EXPECT_FALSE(grid.lasso.active);
+}
+
+TEST_F(GridSelectionTest, TheLassoSelectsWhatItTouches) {
+    press(kEmptyX, kEmptyY);
+    EXPECT_TRUE(grid.lasso.active);
+    drag(cell(L"f").x + 1, cell(L"f").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+    drag(cell(L"f").x + 1, cell(L"b").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"a", L"b", L"e", L"f"}));
+    drag(kEmptyX, kEmptyY);
+    EXPECT_EQ(selectedNames(), Words{});
+    release();
+    EXPECT_FALSE(grid.lasso.active);
+}
+
+TEST_F(GridSelectionTest, TheLassoMustOverlapACellAndNotOnlyTouchItsEdge) {
+    press(kEmptyX, kEmptyY);
+    drag(cell(L"f").x, cell(L"e").y + 10);
+    EXPECT_EQ(selectedNames(), (Words{L"e"}));
+    drag(cell(L"f").x + 0.5f, cell(L"e").y + 96);
+    EXPECT_EQ(selectedNames(), Words{});  // a cell ends 48 pixels below its icon
+    drag(cell(L"f").x + 0.5f, cell(L"e").y + 95.5f);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+}
+
+TEST_F(GridSelectionTest, TheLassoWithCtrlTurnsOverWhatWasSelectedAtItsStart) {
+    clickOn(L"e");
+    ctrlClickOn(L"h");
+    input.ctrlDown = true;
+    press(kEmptyX, kEmptyY);
+    drag(cell(L"f").x + 1, cell(L"f").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"f", L"h"}));
+    drag(kEmptyX, kEmptyY);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"h"}));
+    release();
+}
+
+TEST_F(GridSelectionTest, LettingCtrlGoDuringTheLassoSelectsPlainly) {
+    clickOn(L"e");
+    input.ctrlDown = true;
+    press(kEmptyX, kEmptyY);
+    input.ctrlDown = false;
+    drag(cell(L"f").x + 1, cell(L"f").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+}
+
+TEST_F(GridSelectionTest, TheLassoLeavesCellsAloneThatAreNotSeen) {
+    grid.cells[0].selected = true;
+    press(kEmptyX, kEmptyY);
+    grid.cells[0].selected = true;
+    grid.cells[0].visible = false;
+    drag(12, 385);
+    EXPECT_EQ(selectedNames(), (Words{L"a"}));
+}
+
+TEST_F(GridSelectionTest, ACellThatComesOrGoesDuringTheLassoLeavesTheOthersRight) {
+    clickOn(L"h");
+    input.ctrlDown = true;
+    press(kEmptyX, kEmptyY);
+    grid.removeEntry(cell(L"a").entry);
+    grid.addEntry(item(L"i"));
+    settle();
+    drag(kEmptyX + 1, 389);
+    EXPECT_EQ(selectedNames(), (Words{L"h"}));
+    release();
+}
+
+TEST_F(GridSelectionTest, AListThatReplacesAnotherEndsTheLasso) {
+    press(kEmptyX, kEmptyY);
+    givenItems({L"x"});
+    EXPECT_FALSE(grid.lasso.active);
+    drag(12, 12);
+    release();
+}
+
+TEST_F(GridSelectionTest, AHeaderIsPressedTogetherWithTheStartOfALasso) {
+    givenGroups({{L"G", 9}});
+    settle();
+    const auto [x, y] = headerOf(L"G");
+    hover(x, y);
+    frame();
+    press(x, y);
+    EXPECT_TRUE(grid.lasso.active);
+    EXPECT_FALSE(group(L"G").collapsed);
+    release();
+}
+
+TEST_F(GridSelectionTest, OnlyThePaneThatTookThePressIsActive) {
+    IconGridManager::activeGrid = nullptr;
+    press(10, 1000);
+    EXPECT_EQ(IconGridManager::activeGrid, nullptr);
+    press(10, 10);
+    EXPECT_EQ(IconGridManager::activeGrid, &grid);
+    {
+        WordGrid other({input, clock, shell, settings, language, nullptr}, TabKind::Software);
+        ViewRect rect{0, 0, 100, 100};
+        other.setViewRect(rect, false, 0);
+        other.onMouseDown();
+        EXPECT_EQ(IconGridManager::activeGrid, &other);
+    }
+    EXPECT_EQ(IconGridManager::activeGrid, nullptr);
+}
+
+}  // namespace
+}  // namespace varnelo

@@ -1,0 +1,275 @@
+#include "views/grid_virtual_window.h"
+
+#include <numeric>
+
+#include "host/views/grid_test.h"
+
+namespace varnelo {
+namespace {
+
+using Rows = std::unordered_set<std::uint64_t>;
+
+class GridVirtualTest : public GridTest {
+protected:
+    // Four columns in a pane of two rows and a bit.
+    void SetUp() override { givenPane(4 * kCellWidth + 30, 250); }
+    void givenList() {
+        grid.listMode.listEnabled = true;
+        givenSource(1000);
+    }
+    void scrollTo(float y) {
+        grid.scrollY = y;
+        frame();
+    }
+};
+
+TEST_F(GridVirtualTest, OnlyTheRowsInSightAndThreeMoreAreHeld) {
+    givenSource(1000000);
+    EXPECT_EQ(grid.layoutMode, LayoutMode::Flat);
+    EXPECT_EQ(grid.tabKind, TabKind::Search);
+    EXPECT_EQ(grid.cells.size(), (2u + 3) * 4);
+    EXPECT_EQ(grid.windowFirst, 0u);
+    EXPECT_EQ(grid.contentHeight, 250000 * kCellHeight + 10);
+}
+
+TEST_F(GridVirtualTest, TheWindowFollowsTheScrollPosition) {
+    givenSource(1000);
+    scrollTo(10 * kCellHeight + 10);
+    EXPECT_EQ(grid.windowFirst, 9u * 4);
+    EXPECT_EQ(cellNames().front(), L"row36");
+    EXPECT_EQ(grid.cells[0].y, 9 * kCellHeight + 10);
+    EXPECT_EQ(grid.cells[5].x, 10 + kCellWidth);
+    EXPECT_EQ(grid.asked.size(), 40u);  // both windows asked for their icons
+}
+
+TEST_F(GridVirtualTest, AWindowThatDoesNotMoveIsNotAskedAgain) {
+    int calls = 0;
+    grid.setVirtualSource(1000, [&](std::uint64_t first, std::uint64_t count) {
+        ++calls;
+        return rows(first, count);
+    });
+    frames(5);
+    grid.scrollY = 20;
+    frames(5);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(GridVirtualTest, TheLastWindowIsCutToTheRowsOfTheSource) {
+    givenSource(10);
+    EXPECT_EQ(grid.cells.size(), 10u);
+    EXPECT_EQ(grid.windowCount, 10u);
+}
+
+TEST_F(GridVirtualTest, AScrollPositionBeyondTheEndHoldsNothing) {
+    givenSource(10);
+    grid.scrollY = 100000;
+    EXPECT_EQ(wantedWindow(grid).count, 0u);
+    EXPECT_EQ(wantedWindow(grid).first, 9u);
+    settle();
+    EXPECT_FALSE(grid.cells.empty());  // the scroll position came back
+}
+
+TEST_F(GridVirtualTest, RowsOfAListStandUnderTheHeader) {
+    givenList();
+    EXPECT_EQ(grid.layoutMode, LayoutMode::List);
+    EXPECT_EQ(grid.cells.size(), 10u + 3);
+    EXPECT_EQ(grid.cells[0].y, 10 + 26);
+    EXPECT_EQ(grid.cells[0].x, 10);
+    EXPECT_EQ(grid.contentHeight, 1000 * 24 + 26 + 10);
+    scrollTo(24 * 100 + 36);
+    EXPECT_EQ(grid.windowFirst, 99u);
+    EXPECT_EQ(grid.cells[0].y, 99 * 24 + 36);
+}
+
+TEST_F(GridVirtualTest, TheSelectionSurvivesTheMoveOfTheWindow) {
+    givenList();
+    frame();
+    click(100, 10 + 26 + 24 + 5);
+    EXPECT_EQ(grid.selection.rows, (Rows{1}));
+    scrollTo(5000);
+    EXPECT_EQ(selectedNames(), Words{});
+    scrollTo(0);
+    EXPECT_EQ(selectedNames(), (Words{L"row1"}));
+}
+
+TEST_F(GridVirtualTest, ClicksChangeTheRowsOutsideOfTheWindowToo) {
+    givenList();
+    frame();
+    click(100, 41);
+    scrollTo(5000);
+    hover(100, 100);
+    const std::uint64_t row = grid.windowFirst + static_cast<std::uint64_t>(grid.hoverIndex);
+    input.ctrlDown = true;
+    click(100, 100);
+    EXPECT_EQ(grid.selection.rows, (Rows{0, row}));
+    click(100, 100);
+    EXPECT_EQ(grid.selection.rows, (Rows{0}));
+    input.ctrlDown = false;
+    click(100, 100);
+    EXPECT_EQ(grid.selection.rows, (Rows{row}));
+}
+
+TEST_F(GridVirtualTest, TheLassoWritesItsSelectionAtItsEnd) {
+    givenSource(6);
+    frame();
+    press(300, 240);
+    drag(120, 130);
+    release();
+    EXPECT_EQ(grid.selection.rows, (Rows{5}));
+}
+
+TEST_F(GridVirtualTest, TheLassoGoesOnWhenTheWindowMoves) {
+    givenSource(1000);
+    frame();
+    press(11, 109);  // between the rows of cells
+    ASSERT_TRUE(grid.lasso.active);
+    scrollTo(3000);
+    drag(200, 200);
+    release();
+    EXPECT_FALSE(grid.selection.rows.empty());
+}
+
+TEST_F(GridVirtualTest, ThePressedRowIsFollowedWhenTheWindowMoves) {
+    givenList();
+    frame();
+    press(100, 41);
+    scrollTo(24 * 3 + 36);
+    ASSERT_EQ(grid.windowFirst, 2u);
+    EXPECT_EQ(grid.pressedIndex, -1);  // row 0 is gone
+    scrollTo(0);
+    press(100, 41 + 5 * 24);
+    scrollTo(24 * 3 + 36);
+    EXPECT_EQ(grid.pressedIndex, 3);
+}
+
+TEST_F(GridVirtualTest, NothingHoversAfterTheWindowMoved) {
+    givenSource(1000);
+    frame();
+    hover(50, 30);
+    ASSERT_NE(grid.hoverCell(), nullptr);
+    scrollTo(5000);
+    EXPECT_EQ(grid.hoverCell(), nullptr);
+}
+
+TEST_F(GridVirtualTest, ASourceThatRunsDryShrinksTheListAndTheScrollRange) {
+    grid.listMode.listEnabled = true;
+    grid.setVirtualSource(1000, [this](std::uint64_t first, std::uint64_t count) {
+        return first >= 500 ? std::vector<FileEntry>()
+                            : rows(first, std::min<std::uint64_t>(count, 500 - first));
+    });
+    scrollTo(1000 * 24);
+    EXPECT_LT(grid.virtualCount, 1000u);
+    const float before = grid.contentHeight;
+    settle();
+    EXPECT_LE(grid.contentHeight, before);
+    EXPECT_LE(grid.scrollY, grid.contentHeight);
+    for (int i = 0; i < 200; ++i) frame();
+    EXPECT_EQ(grid.virtualCount, 500u);
+    EXPECT_EQ(cellNames().back(), L"row499");
+}
+
+TEST_F(GridVirtualTest, AProviderThatReturnsNothingAtTheVeryEndLowersTheCount) {
+    grid.listMode.listEnabled = true;
+    grid.setVirtualSource(100, [this](std::uint64_t first, std::uint64_t count) {
+        return first > 80 ? std::vector<FileEntry>() : rows(first, count);
+    });
+    grid.scrollY = 100 * 24;
+    EXPECT_TRUE(frame());
+    EXPECT_LT(grid.virtualCount, 100u);
+}
+
+TEST_F(GridVirtualTest, AProviderThatReturnsTooMuchIsCutToWhatWasAsked) {
+    grid.setVirtualSource(10, [this](std::uint64_t, std::uint64_t) { return rows(0, 500); });
+    EXPECT_EQ(grid.cells.size(), 10u);
+}
+
+TEST_F(GridVirtualTest, AProviderThatNeverReturnsAnythingEndsInAnEmptyPane) {
+    grid.setVirtualSource(1000, [](std::uint64_t, std::uint64_t) { return std::vector<FileEntry>(); });
+    EXPECT_GE(settle(), 0);
+    EXPECT_EQ(grid.cells.size(), 0u);
+}
+
+TEST_F(GridVirtualTest, AProviderMayWriteToItsArguments) {
+    grid.setVirtualSource(100, [this](std::uint64_t& first, std::uint64_t& count) {
+        auto result = rows(first, count);
+        first = count = 999;
+        return result;
+    });
+    frame();
+    EXPECT_EQ(grid.windowFirst, 0u);
+    EXPECT_EQ(grid.windowCount, 20u);
+}
+
+TEST_F(GridVirtualTest, AnEmptySourceClearsTheSelection) {
+    givenSource(100);
+    grid.cells[3].selected = true;
+    givenSource(100);
+    EXPECT_EQ(selectedNames(), (Words{L"row3"}));
+    givenSource(0);
+    EXPECT_TRUE(grid.selection.rows.empty());
+    EXPECT_TRUE(grid.cells.empty());
+    EXPECT_FALSE(frame());
+}
+
+TEST_F(GridVirtualTest, ASourceReplacesAListAndItsFolder) {
+    EntryList list;
+    list.entries = {item(L"a", cluster(L"G"))};
+    list.folder = idOf(L"Desktop");
+    grid.setEntries(list, TabKind::Desktop);
+    givenSource(10);
+    EXPECT_TRUE(grid.groups.empty());
+    EXPECT_TRUE(grid.folderIdList.empty());
+}
+
+TEST_F(GridVirtualTest, AListReplacesASource) {
+    givenSource(1000);
+    grid.cells[3].selected = true;
+    givenItems({L"a", L"b"});
+    EXPECT_FALSE(grid.virtualMode);
+    EXPECT_EQ(selectedNames(), Words{});
+    frame();
+    EXPECT_EQ(cellNames(), (Words{L"a", L"b"}));
+    EXPECT_EQ(grid.contentHeight, kCellHeight + 10);
+}
+
+TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowIsBuiltAnewOnTheNextFrame) {
+    givenSource(1000);
+    frame();
+    click(50, 30);
+    const ViewRect rect{0, 0, 2 * kCellWidth + 30, 250};
+    ViewRect result;
+    grid.setViewRect(rect, false, 0, result);
+    EXPECT_EQ(grid.windowFirst, ~std::uint64_t{0});
+    EXPECT_EQ(grid.windowCount, 0u);
+    frame();
+    EXPECT_EQ(grid.windowFirst, 0u);
+    EXPECT_EQ(grid.cells.size(), 10u);
+    EXPECT_EQ(grid.cells[2].y, 10 + kCellHeight);
+    EXPECT_EQ(selectedNames(), (Words{L"row0"}));
+}
+
+TEST_F(GridVirtualTest, TheRowsOfAScrolledWindowStayInPlaceWhenTheIconsGrow) {
+    givenSource(1000);
+    scrollTo(3000);
+    settings.iconScale = 1.5f;
+    settle();
+    for (std::size_t i = 0; i < grid.cells.size(); ++i) {
+        const std::uint64_t row = grid.windowFirst + i;
+        EXPECT_EQ(nameOf(grid.cells[i].entry.pidl), L"row" + std::to_wstring(row));
+        EXPECT_EQ(grid.cells[i].targetY,
+                  static_cast<float>(row / static_cast<std::uint64_t>(grid.columns)) * grid.cellHeight + 10);
+    }
+}
+
+TEST_F(GridVirtualTest, SingleChangesAreLeftToTheSource) {
+    givenSource(10);
+    const FileEntry entry = grid.cells[0].entry;
+    grid.removeEntry(entry);
+    grid.addEntry(item(L"new"));
+    grid.updateEntry(entry);
+    grid.renameEntry(entry);
+    EXPECT_EQ(grid.cells.size(), 10u);
+}
+
+}  // namespace
+}  // namespace varnelo
