@@ -53,6 +53,7 @@ for name in host_tests wine_tests; do
     bad=$(grep -cE '^\[  FAILED  \] .*\([0-9]+ ms\)' "$log" || true)
     # A full run ends in a summary; without one the program died on the way, whatever its exit code says.
     if ! grep -q '^\[==========\] .* ran\.' "$log" || { ((status != 0)) && ((bad == 0)); }; then
+        echo "in the end it ran $(grep -a '^\[ RUN' "$log" | tail -n 1 | tr -d '\r')"
         echo "[  FAILED  ] $name.exe ended early with exit code $status (0 ms)"
         bad=$((bad + 1))
     fi

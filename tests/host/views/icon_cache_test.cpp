@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <latch>
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+#include "support/gate.h"
 
 namespace varnelo {
 namespace {
@@ -104,12 +105,12 @@ TEST(IconCache, WorkersThatMissOneIndexTogetherMakeItOnce) {
     constexpr int kIcons = 20;
     Cache cache;
     std::atomic<int> made{0};
-    std::latch start(kWorkers);
+    test::Gate start(kWorkers);
     std::vector<std::vector<std::shared_ptr<FakeTexture>>> seen(kWorkers);
     std::vector<std::thread> workers;
     for (int worker = 0; worker < kWorkers; ++worker) {
         workers.emplace_back([&, worker] {
-            start.arrive_and_wait();
+            start.arriveAndWait();
             for (int index = 0; index < kIcons; ++index) {
                 seen[static_cast<std::size_t>(worker)].push_back(cache.obtain(index, [&] {
                     ++made;
@@ -127,18 +128,18 @@ TEST(IconCache, WorkersThatMissOneIndexTogetherMakeItOnce) {
 
 TEST(IconCache, AnIndexInMakingDoesNotHoldUpAnother) {
     Cache cache;
-    std::latch making(1);
-    std::latch otherDone(1);
+    test::Gate making(1);
+    test::Gate otherDone(1);
     std::thread slow([&] {
         cache.obtain(1, [&] {
-            making.count_down();
+            making.countDown();
             otherDone.wait();
             return std::make_shared<FakeTexture>(1);
         });
     });
     making.wait();
     EXPECT_TRUE(load(cache, 2));
-    otherDone.count_down();
+    otherDone.countDown();
     slow.join();
     EXPECT_TRUE(cache.find(1));
 }

@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <latch>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -15,6 +14,7 @@
 #include "app/logger.h"
 #include "platform/known_folders.h"
 #include "platform/utf.h"
+#include "support/gate.h"
 
 namespace varnelo {
 namespace {
@@ -56,13 +56,13 @@ void crashInsideTheLogger() {
 }
 
 void twoThreadsAtOnce() {
-    std::latch both(2);
+    test::Gate both(2);
     std::thread other([&] {
         installThreadCrashGuard();
-        both.arrive_and_wait();
+        both.arriveAndWait();
         std::abort();
     });
-    both.arrive_and_wait();
+    both.arriveAndWait();
     accessViolation();
     other.join();
 }
