@@ -12,8 +12,8 @@ enum class KnownFolder { RoamingAppData, LocalAppData, ProgramData, Desktop, Pub
 std::wstring knownFolder(KnownFolder folder);
 
 // The path of a file in a sub-folder of the roaming application data, which is made when it is missing.
-// Throws std::filesystem::filesystem_error when it cannot be made. That the roaming folder itself is unknown
-// is not looked at: the result is relative to the current folder then.
+// Throws std::filesystem::filesystem_error, which names "create_directories", when it cannot be made. That
+// the roaming folder itself is unknown is not looked at: the result is relative to the current folder then.
 std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName);
 
 }  // namespace varnelo

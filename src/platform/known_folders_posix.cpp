@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 #include "platform/utf.h"
 
@@ -46,7 +47,9 @@ std::wstring knownFolder(KnownFolder folder) { return wideFromUtf8(folderPath(fo
 std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
     const std::filesystem::path folder =
         std::filesystem::path(folderPath(KnownFolder::RoamingAppData)) / utf8FromWide(subFolder);
-    std::filesystem::create_directories(folder);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) throw std::filesystem::filesystem_error("create_directories", folder, error);
     return wideFromUtf8((folder / utf8FromWide(fileName)).string());
 }
 

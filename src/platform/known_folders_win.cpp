@@ -5,6 +5,7 @@
 #include <shlobj.h>
 
 #include <filesystem>
+#include <system_error>
 
 #include "platform/handles_win.h"
 #include "platform/known_folders.h"
@@ -43,7 +44,9 @@ std::wstring knownFolder(KnownFolder folder) {
 std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
     const std::filesystem::path folder =
         std::filesystem::path(knownFolder(KnownFolder::RoamingAppData)) / subFolder;
-    std::filesystem::create_directories(folder);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) throw std::filesystem::filesystem_error("create_directories", folder, error);
     return (folder / fileName).wstring();
 }
 

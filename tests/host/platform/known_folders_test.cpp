@@ -1,5 +1,6 @@
 #include "platform/known_folders.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -13,6 +14,9 @@ namespace varnelo {
 namespace {
 
 namespace fs = std::filesystem;
+
+// What appDataPath ends with.
+const auto fails = testing::ThrowsMessage<fs::filesystem_error>(testing::HasSubstr("create_directories"));
 
 #ifndef _WIN32
 class AppDataPath : public testing::Test {
@@ -30,7 +34,7 @@ TEST_F(AppDataPath, MakesTheFolderThatItNames) {
 
 TEST_F(AppDataPath, ThrowsWhenTheFolderCannotBeMade) {
     ASSERT_TRUE(replaceFile(roaming.file(L"Varnelo"), {}));
-    EXPECT_THROW(appDataPath(L"Varnelo", L"desktop.cache"), fs::filesystem_error);
+    EXPECT_THAT([] { appDataPath(L"Varnelo", L"desktop.cache"); }, fails);
 }
 
 TEST(KnownFolders, WithoutTheirVariablesTheyAreBelowTheHome) {
@@ -57,6 +61,13 @@ TEST(KnownFolders, AppDataPathMakesTheFolderThatItNames) {
     const std::wstring folder = knownFolder(KnownFolder::RoamingAppData) + L"\\Varnelo Path Test";
     EXPECT_EQ(appDataPath(L"Varnelo Path Test", L"desktop.cache"), folder + L"\\desktop.cache");
     EXPECT_TRUE(fs::is_directory(folder));
+    fs::remove(folder);
+}
+
+TEST(KnownFolders, AppDataPathThrowsWhenTheFolderCannotBeMade) {
+    const std::wstring folder = knownFolder(KnownFolder::RoamingAppData) + L"\\Varnelo Path Test";
+    ASSERT_TRUE(replaceFile(folder, {}));
+    EXPECT_THAT([] { appDataPath(L"Varnelo Path Test", L"desktop.cache"); }, fails);
     fs::remove(folder);
 }
 #endif
