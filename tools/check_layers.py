@@ -18,7 +18,7 @@ LAYERS = {
     "app/roof": ["desktop", "views", "software", "index", "model", "app", "platform"],
 }
 WINDOWS_HEADER = re.compile(r"^(windows|windowsx|winnt|shl|shobj|shellapi|commctrl|objbase|d3d|dxgi|d2d1|dwrite|wincodec|"
-                            r"commoncontrols|dbghelp|shellscaling|knownfolders|combaseapi|unknwn|ole2)", re.I)
+                            r"commoncontrols|dbghelp|shellscaling|knownfolders|winhttp|wincrypt|combaseapi|unknwn|ole2)", re.I)
 # libstdc++ 12 waits on atomics without a futex by a check outside of the lock: a wake-up can be lost, and the thread
 # sleeps for ever. A mutex and a condition variable do the same work.
 UNRELIABLE = {"latch", "barrier", "semaphore"}

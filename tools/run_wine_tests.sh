@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# run_wine_tests.sh [FILTER]: runs host_tests.exe and wine_tests.exe under Wine, in a fresh prefix with a display and a
-# drive with named streams of its own. Prints what GoogleTest prints; a program that dies counts as one more failed case.
-# The last line is "N passed, N failed"; the exit code is 0 only if nothing failed and something passed.
+# run_wine_tests.sh [FILTER]: runs host_tests.exe and wine_tests.exe under Wine, in a fresh prefix with a display, a
+# drive with named streams and an HTTPS server of its own. Prints what GoogleTest prints; a program that dies counts as
+# one more failed case. The last line is "N passed, N failed"; the exit code is 0 only if nothing failed and
+# something passed.
 set -euo pipefail
 # shellcheck source=tools/wine_prefix.sh
 . "$(dirname "${BASH_SOURCE[0]}")/wine_prefix.sh"
@@ -9,6 +10,8 @@ set -euo pipefail
 . "$varnelo_root/tools/xvfb.sh"
 # shellcheck source=tools/ntfs_streams.sh
 . "$varnelo_root/tools/ntfs_streams.sh"
+# shellcheck source=tools/https_server.sh
+. "$varnelo_root/tools/https_server.sh"
 
 filter=${1:-*}
 programs=${VARNELO_TEST_DIR:-$varnelo_root/build/windows}
@@ -19,6 +22,7 @@ clean_up() {
     local status=$?
     trap - EXIT
     [[ -z $prefix ]] || wine_stop "$prefix"
+    https_stop
     streams_unmount
     [[ -z $prefix ]] || rm -rf "$prefix"
     xvfb_stop
@@ -37,6 +41,8 @@ else
     echo "no drive with named streams: mounting an NTFS image failed" >&2
 fi
 wine_set_screen "$prefix" 1280x800 "$varnelo_root/resources/wallpapers/dark.jpg"
+https_start "$prefix/home/https" "$((2 * time_limit + 60))"
+https_trust "$prefix"
 
 passed=0 failed=0
 for name in host_tests wine_tests; do

@@ -1,0 +1,92 @@
+#include "model/abandonable_call.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "app/crash_guard.h"
+
+namespace varnelo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::atomic<int> abandoned = 0;
+
+// What the two threads share, for as long as either of them lives.
+struct Call {
+    ReplyRelay relay;
+    std::atomic<bool> left =
+        false;  // by the first of the two: the caller giving up, the thread coming to its end
+};
+
+void runThread(const std::shared_ptr<Call>& call, std::function<bool(ReplyRelay&)> talk) {
+    installThreadCrashGuard();
+    bool whole = false;
+    try {
+        whole = talk(call->relay);
+    } catch (...) {
+        whole = false;
+    }
+    talk = nullptr;  // what it owns ends before the caller hears of the end
+    call->relay.pass({whole ? ReplyStep::Kind::Whole : ReplyStep::Kind::Failed});
+    if (call->left.exchange(true)) --abandoned;
+}
+
+bool takeOne(const std::function<bool(const ReplyStep&)>& take, const ReplyStep& step) {
+    try {
+        return take(step);
+    } catch (...) {
+        return false;
+    }
+}
+
+// True when the last step has come.
+bool takeSteps(ReplyRelay& relay, const CallLimits& limits, const std::function<bool(const ReplyStep&)>& take,
+               bool& accepted) {
+    const auto end = Clock::now() + limits.total;
+    auto limit = limits.firstStep;
+    while (const std::optional<ReplyStep> step = relay.take(std::min(end, Clock::now() + limit))) {
+        if (step->isLast()) {
+            accepted = accepted && step->kind == ReplyStep::Kind::Whole;
+            return true;
+        }
+        if (accepted && !takeOne(take, *step)) {
+            accepted = false;
+            relay.refuse();
+        }
+        limit = limits.nextStep;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool runAbandonable(std::function<bool(ReplyRelay&)> talk, const CallLimits& limits,
+                    const std::function<bool(const ReplyStep&)>& take) {
+    if (abandonedCalls() >= kAbandonedCallLimit) return false;
+    const auto call = std::make_shared<Call>();
+    std::thread thread;
+    try {
+        thread = std::thread([call, work = std::move(talk)]() mutable { runThread(call, std::move(work)); });
+    } catch (const std::system_error&) {
+        return false;
+    }
+    bool accepted = true;
+    if (takeSteps(call->relay, limits, take, accepted)) {
+        thread.join();
+        return accepted;
+    }
+    call->relay.refuse();
+    ++abandoned;
+    if (call->left.exchange(true)) --abandoned;
+    thread.detach();
+    return false;
+}
+
+int abandonedCalls() { return abandoned; }
+
+}  // namespace varnelo
