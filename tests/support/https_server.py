@@ -19,10 +19,14 @@ import threading
 import time
 import warnings
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+HERE = pathlib.Path(__file__).resolve().parent
+REFERENCE = HERE.parent.parent / "tools" / "service"
+sys.path[:0] = [str(HERE), str(REFERENCE)]
 sys.dont_write_bytecode = True
 
+import answers  # noqa: E402
 import certificates  # noqa: E402
+import service as reference  # noqa: E402
 
 LARGE_BYTES = 10_000_000
 CHUNK_BYTES = 1 << 20
@@ -263,14 +267,17 @@ GREETINGS = [mute, slow]
 
 
 class Service:
-    """All the listeners of one run. `ports` names them; "refused" belongs to nobody else and takes no
-    connections."""
+    """All the listeners of one run. `ports` names them; "reference" is the server of tools/service
+    with its example, "refused" belongs to nobody else and takes no connections."""
 
     def __init__(self, folder):
         self.made = certificates.Certificates(folder)
         self.listeners = {name: Listener(tls(context_for(self.made, certificate, version)))
                           for name, certificate, version in PORTS}
         self.listeners.update((greet.__name__, Listener(greet)) for greet in GREETINGS)
+        table = answers.Table.from_file(REFERENCE / "example_table.json")
+        self.listeners["reference"] = reference.Server(("127.0.0.1", 0), reference.Service(table),
+                                                       context_for(self.made, "good"))
         self.closed_door = socket.socket()
         self.closed_door.bind(("127.0.0.1", 0))
         self.ports = {name: listener.server_address[1] for name, listener in self.listeners.items()}

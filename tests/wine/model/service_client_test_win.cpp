@@ -10,8 +10,10 @@
 #include <vector>
 
 #include "model/abandonable_call.h"
+#include "model/json_text.h"
 #include "platform/file_bytes.h"
 #include "platform/handles_win.h"
+#include "platform/utf.h"
 #include "support/real_desktop_win.h"
 #include "support/recorded_win_http_win.h"
 
@@ -366,6 +368,25 @@ TEST_F(ServiceClientTest, CallsRunSideBySideOnManyThreads) {
             threads.emplace_back([&] { reply = httpPost(L"localhost", L"/large", "", kPatientMs, calls); });
     }
     for (const std::string& reply : replies) EXPECT_TRUE(reply == largeContent());
+}
+
+// The server of tools/service, with its example table.
+TEST_F(ServiceClientTest, TheReferenceServerIsUnderstood) {
+    talkTo("reference");
+    const auto ask = [this](const std::wstring& path, const std::string& body) {
+        return wideFromUtf8(post(path, body));
+    };
+    const std::wstring version = ask(L"/php/version_info.php", "language=German&country=Germany");
+    EXPECT_EQ(jsonValue(version, L"latest_version"), L"1.0.0.1");
+    EXPECT_EQ(jsonValue(version, L"update_deadline"), L"2027-06-30");
+    EXPECT_EQ(jsonValue(version, L"update_required"), L"false");
+    EXPECT_EQ(jsonValue(version, L"download_url"), L"/setup/Varnelo-1.0.0.1.exe");
+    const std::wstring setup = ask(L"/php/get_setup_url.php", "");
+    EXPECT_EQ(jsonValue(setup, L"setup_url"), L"/setup/Varnelo-1.0.0.1.exe");
+    EXPECT_EQ(jsonValue(setup, L"file_name"), L"Varnelo-1.0.0.1.exe");
+    EXPECT_EQ(ask(L"/php/api_llm.php", R"({"model":"m","prompts":[{"id":".tex","prompt":")" +
+                                           jsonEscape("\"?\"\n") + R"("},{"id":".what","prompt":"?"}]})"),
+              LR"({".tex":{"content":"{\"group\":\"Text Documents\"}"}})");
 }
 
 }  // namespace
