@@ -106,7 +106,7 @@ void check(const std::string& bytes) {
         units += static_cast<wchar_t>(static_cast<unsigned char>(bytes[i]) |
                                       static_cast<unsigned char>(bytes[i + 1]) << 8);
     const std::wstring text = wideFromUtf8(bytes);
-    for (const std::wstring& key : {std::wstring(L"group"), std::wstring(L"a"), std::wstring()}) {
+    for (const std::wstring& key : {std::wstring(L"group"), std::wstring(L"a:b"), std::wstring()}) {
         checkValue(text, key);
         checkValue(units, key);
         checkValue(L"\"" + key + L"\"" + units, key);

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+# shellcheck disable=SC2154  # varnelo_root and the functions of wine_prefix.sh come from there
 # The HTTPS server that the tests of the service client talk to. Source this file after wine_prefix.sh.
 set -euo pipefail
 

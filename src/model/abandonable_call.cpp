@@ -19,8 +19,8 @@ std::atomic<int> abandoned = 0;
 // What the two threads share, for as long as either of them lives.
 struct Call {
     ReplyRelay relay;
-    std::atomic<bool> left =
-        false;  // by the first of the two: the caller giving up, the thread coming to its end
+    // Set by the first of the two to leave: the caller when it gives up, the thread when it comes to its end.
+    std::atomic<bool> left = false;
 };
 
 void runThread(const std::shared_ptr<Call>& call, std::function<bool(ReplyRelay&)> talk) {

@@ -31,6 +31,7 @@ TEST(JsonValueTest, AMemberIsFoundByItsQuotedKey) {
     EXPECT_EQ(jsonValue(L"{\"group\":\"Office\"}", L"group"), L"Office");
     EXPECT_EQ(jsonValue(L"{\"a\":\"1\",\"b\":\"2\",\"c\":\"3\"}", L"b"), L"2");
     EXPECT_EQ(jsonValue(L"{\"latest_version\":\"1\",\"version\":\"2\"}", L"version"), L"2");
+    EXPECT_EQ(jsonValue(L"{\"a:b\":\"1\"}", L"a:b"), L"1");
     EXPECT_EQ(jsonValue(L"{group:\"Office\"}", L"group"), L"");
 }
 
