@@ -111,4 +111,18 @@ struct BlurTint {
 BlurTint scrollBarTrackTint(float scrollBarAlpha);
 BlurTint scrollBarThumbTint(float scrollBarAlpha);
 
+inline constexpr BlurTint kSplitterBarTint{4, {1, 1, 1, 0.16F}};
+inline constexpr BlurTint kSplitterBarHoveredTint{5, {1, 1, 1, 0.22F}};
+inline constexpr BlurTint kSplitterBarDraggedTint{6, {1, 1, 1, 0.28F}};
+inline constexpr BlurTint kProgressTrackTint{6, {0.15F, 0.15F, 0.15F, 0.5F}};
+inline constexpr BlurTint kProgressFillTint{4, {0.27F, 0.51F, 0.71F, 0.75F}};
+inline constexpr BlurTint kMenuButtonTint{5, {0.08F, 0.08F, 0.08F, 0.7F}};
+inline constexpr BlurTint kMenuButtonHoveredTint{6, {0.2F, 0.2F, 0.2F, 0.75F}};
+inline constexpr BlurTint kMenuPanelTint{6, {0.08F, 0.08F, 0.08F, 0.8F}};
+inline constexpr BlurTint kMenuHotRowTint{5, {0.25F, 0.25F, 0.25F, 0.7F}};
+inline constexpr BlurTint kTextFieldTint{6, {0.1F, 0.1F, 0.1F, 0.5F}};
+inline constexpr BlurTint kTabTint{6, {0.08F, 0.08F, 0.08F, 0.7F}};
+inline constexpr BlurTint kTabActiveTint{6, {0.15F, 0.15F, 0.15F, 0.85F}};
+inline constexpr BlurTint kTabHoveredTint{6, {0.2F, 0.2F, 0.2F, 0.75F}};
+
 }  // namespace varnelo

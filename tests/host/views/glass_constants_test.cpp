@@ -140,5 +140,28 @@ TEST(BlurTints, TheScrollBarFades) {
     EXPECT_FLOAT_EQ(thumb.color.a, 0.7F);
 }
 
+TEST(BlurTints, OfTheWidgetsAreThoseOfTheDesign) {
+    const auto expectTint = [](const BlurTint& tint, float offset, float r, float g, float b, float a) {
+        EXPECT_EQ(tint.offset, offset);
+        EXPECT_EQ(tint.color.r, r);
+        EXPECT_EQ(tint.color.g, g);
+        EXPECT_EQ(tint.color.b, b);
+        EXPECT_EQ(tint.color.a, a);
+    };
+    expectTint(kSplitterBarTint, 4, 1, 1, 1, 0.16F);
+    expectTint(kSplitterBarHoveredTint, 5, 1, 1, 1, 0.22F);
+    expectTint(kSplitterBarDraggedTint, 6, 1, 1, 1, 0.28F);
+    expectTint(kProgressTrackTint, 6, 0.15F, 0.15F, 0.15F, 0.5F);
+    expectTint(kProgressFillTint, 4, 0.27F, 0.51F, 0.71F, 0.75F);
+    expectTint(kMenuButtonTint, 5, 0.08F, 0.08F, 0.08F, 0.7F);
+    expectTint(kMenuButtonHoveredTint, 6, 0.2F, 0.2F, 0.2F, 0.75F);
+    expectTint(kMenuPanelTint, 6, 0.08F, 0.08F, 0.08F, 0.8F);
+    expectTint(kMenuHotRowTint, 5, 0.25F, 0.25F, 0.25F, 0.7F);
+    expectTint(kTextFieldTint, 6, 0.1F, 0.1F, 0.1F, 0.5F);
+    expectTint(kTabTint, 6, 0.08F, 0.08F, 0.08F, 0.7F);
+    expectTint(kTabActiveTint, 6, 0.15F, 0.15F, 0.15F, 0.85F);
+    expectTint(kTabHoveredTint, 6, 0.2F, 0.2F, 0.2F, 0.75F);
+}
+
 }  // namespace
 }  // namespace varnelo
