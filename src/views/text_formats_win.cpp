@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <iterator>
 #include <vector>
 
+#include "views/font_family_win.h"
 #include "views/label_fit.h"
 
 namespace varnelo {
@@ -23,34 +23,6 @@ constexpr FormatRow kLabelRow{TextFormats::kLabelSize, DWRITE_FONT_WEIGHT_NORMAL
                               DWRITE_TEXT_ALIGNMENT_CENTER, DWRITE_WORD_WRAPPING_WRAP};
 constexpr FormatRow kHeaderRow{TextFormats::kHeaderSize, DWRITE_FONT_WEIGHT_SEMI_BOLD,
                                DWRITE_TEXT_ALIGNMENT_LEADING, DWRITE_WORD_WRAPPING_NO_WRAP};
-
-bool hasFamily(IDWriteFontCollection& fonts, const wchar_t* family) {
-    UINT32 index = 0;
-    BOOL exists = FALSE;
-    return SUCCEEDED(fonts.FindFamilyName(family, &index, &exists)) && exists;
-}
-
-std::wstring firstFamily(IDWriteFontCollection& fonts) {
-    ComRef<IDWriteFontFamily> family;
-    ComRef<IDWriteLocalizedStrings> names;
-    wchar_t name[64] = {};
-    if (fonts.GetFontFamilyCount() > 0 && SUCCEEDED(fonts.GetFontFamily(0, family.put())) &&
-        SUCCEEDED(family->GetFamilyNames(names.put()))) {
-        names->GetString(0, name, static_cast<UINT32>(std::size(name)));
-    }
-    return name;
-}
-
-// `wanted`, or a family that exists when it does not.
-std::wstring availableFamily(IDWriteFactory* factory, const wchar_t* wanted) {
-    ComRef<IDWriteFontCollection> fonts;
-    if (FAILED(factory->GetSystemFontCollection(fonts.put(), FALSE)) || !fonts) return wanted;
-    for (const wchar_t* family : {wanted, L"Tahoma", L"Arial"}) {
-        if (hasFamily(*fonts, family)) return family;
-    }
-    const std::wstring first = firstFamily(*fonts);
-    return first.empty() ? wanted : first;
-}
 
 ComRef<IDWriteTextFormat> createFormat(IDWriteFactory* factory, const std::wstring& family,
                                        const FormatRow& row) {
