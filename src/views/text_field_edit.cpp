@@ -35,7 +35,7 @@ bool breaksLine(wchar_t unit) { return unit == L'\r' || unit == L'\n'; }
 }  // namespace
 
 TextField::Selected TextField::selected() const {
-    const auto [first, last] = std::minmax(selectionFrom, selectionTo);
+    const auto [first, last] = std::minmax({selectionFrom, selectionTo});
     return {static_cast<std::size_t>(first), static_cast<std::size_t>(last)};
 }
 

@@ -62,7 +62,7 @@ TextFieldLayout layOutTextField(const TextField& field) {
     layout.textBrush = textBrushOf(field);
 
     if (field.focused() && field.hasSelection()) {
-        const auto [first, last] = std::minmax(field.selectionStart(), field.selectionEnd());
+        const auto [first, last] = std::minmax({field.selectionStart(), field.selectionEnd()});
         const ViewRect& box = layout.textBox;
         const float left = std::clamp(layout.textX + widthTo(first), box.x, box.right());
         const float right = std::clamp(layout.textX + widthTo(last), box.x, box.right());

@@ -372,7 +372,7 @@ TEST_F(TextFieldPropertyTest, EditingIsWhatAPlainStringSays) {
     std::wstring plain;
     std::size_t caret = 0, anchor = 0;
     const auto drop = [&] {
-        const auto [first, last] = std::minmax(caret, anchor);
+        const auto [first, last] = std::minmax({caret, anchor});
         plain.erase(first, last - first);
         caret = anchor = first;
     };
