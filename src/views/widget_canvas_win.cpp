@@ -50,7 +50,7 @@ void WidgetCanvas::blur(const ViewRect& rect, const BlurTint& tint) {
 
 ComRef<IDWriteTextFormat> WidgetCanvas::makeFormat(float size, DWRITE_TEXT_ALIGNMENT alignment) {
     ComRef<IDWriteTextFormat> format;
-    if (!render.dwriteFactory || !(size > 0) ||
+    if (!render.dwriteFactory || family.empty() || !(size > 0) ||
         FAILED(render.dwriteFactory->CreateTextFormat(family.c_str(), nullptr, DWRITE_FONT_WEIGHT_NORMAL,
                                                       DWRITE_FONT_STYLE_NORMAL, DWRITE_FONT_STRETCH_NORMAL,
                                                       size, L"", format.put()))) {
