@@ -179,13 +179,14 @@ TEST_F(TextFieldViewTest, TheSpinnerIsThreeQuartersOfARing) {
 }
 
 TEST_F(TextFieldViewTest, AFoldedFieldIsCut) {
-    field.collapsedHeight = 12;
+    field.collapsedHeight = 6;
     field.busy = true;
     given(L"WWWW");
     selectAll();
     const Picture picture = shown();
-    EXPECT_EQ(differing(picture, wallpaper, {20, 40, 300, 12}, Where::Outside, 1), 0);
-    EXPECT_GT(differing(picture, wallpaper, {20, 40, 300, 12}, Where::Inside), 1000);
+    // Not even the outer half of the outline shows.
+    EXPECT_EQ(differing(picture, wallpaper, {20, 40, 300, 6}, Where::Outside), 0);
+    EXPECT_GT(differing(picture, wallpaper, {20, 40, 300, 6}, Where::Inside), 1000);
 }
 
 TEST_F(TextFieldViewTest, AtRestNothingIsCreated) {
@@ -210,6 +211,14 @@ TEST_F(TextFieldViewTest, TheTextSurvivesTheResources) {
     view.releaseResources();
     EXPECT_EQ(field.text(), L"some words");
     expectSame(shown(), first, 0);
+}
+
+TEST_F(TextFieldViewTest, InTheScenePassTheSceneIsDrawnTo) {
+    given(L"some words");
+    selectAll();
+    const Picture direct = shown();
+    expectSame(frame([this] { window.surface.renderScene([this] { view.draw(true); }); }), wallpaper, 0);
+    expectSame(window.contentOf(window.surface.sceneSRV.get()), direct, 1);
 }
 
 TEST_F(TextFieldViewTest, WithoutATargetNothingIsDrawn) {
