@@ -20,4 +20,29 @@ std::optional<ItemIdList> ItemIdList::fromBytes(std::span<const std::uint8_t> so
     return result;
 }
 
+std::size_t ItemIdList::lastItemOffset() const {
+    std::size_t last = 0;
+    for (std::size_t next = 0;;) {
+        const std::size_t size = list[next] | std::size_t{list[next + 1]} << 8;
+        if (size == 0) return last;
+        last = next;
+        next += size;
+    }
+}
+
+ItemIdList ItemIdList::parent() const {
+    ItemIdList result;
+    if (empty()) return result;
+    result.list.assign(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(lastItemOffset()));
+    result.list.insert(result.list.end(), {0, 0});
+    return result;
+}
+
+ItemIdList ItemIdList::lastItem() const {
+    ItemIdList result;
+    if (empty()) return result;
+    result.list.assign(list.begin() + static_cast<std::ptrdiff_t>(lastItemOffset()), list.end());
+    return result;
+}
+
 }  // namespace varnelo

@@ -23,10 +23,17 @@ public:
     // The whole list with its terminator; empty for an empty list. Valid until the list changes.
     std::span<const std::uint8_t> bytes() const { return list; }
 
+    // The list without its last item, that is the folder's, and the last item alone, as a list of its own.
+    // Both of the desktop are the desktop, and both of an empty list are empty.
+    ItemIdList parent() const;
+    ItemIdList lastItem() const;
+
     // Equal bytes. Two different lists may still name the same item: that only the shell can tell.
     friend bool operator==(const ItemIdList&, const ItemIdList&) = default;
 
 private:
+    std::size_t lastItemOffset() const;
+
     std::vector<std::uint8_t> list;
 };
 

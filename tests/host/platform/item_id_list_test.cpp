@@ -55,5 +55,32 @@ TEST(ItemIdList, EqualBytesAreEqualLists) {
     EXPECT_NE(ItemIdList::fromBytes(Bytes{3, 0, 7, 0, 0}), ItemIdList::fromBytes(Bytes{3, 0, 8, 0, 0}));
 }
 
+TEST(ItemIdList, IsDividedIntoItsFolderAndItsLastItem) {
+    const ItemIdList list = *ItemIdList::fromBytes(Bytes{3, 0, 7, 4, 0, 8, 9, 5, 0, 1, 2, 3, 0, 0});
+    EXPECT_EQ(bytesOf(list.parent()), (Bytes{3, 0, 7, 4, 0, 8, 9, 0, 0}));
+    EXPECT_EQ(bytesOf(list.lastItem()), (Bytes{5, 0, 1, 2, 3, 0, 0}));
+}
+
+TEST(ItemIdList, OfOneItemLiesOnTheDesktop) {
+    const ItemIdList list = *ItemIdList::fromBytes(Bytes{3, 0, 7, 0, 0});
+    EXPECT_EQ(bytesOf(list.parent()), (Bytes{0, 0}));
+    EXPECT_EQ(list.lastItem(), list);
+}
+
+TEST(ItemIdList, OfTheDesktopIsItsOwnFolderAndLastItem) {
+    const ItemIdList desktop = *ItemIdList::fromBytes(Bytes{0, 0});
+    EXPECT_EQ(desktop.parent(), desktop);
+    EXPECT_EQ(desktop.lastItem(), desktop);
+    EXPECT_TRUE(ItemIdList().parent().empty());
+    EXPECT_TRUE(ItemIdList().lastItem().empty());
+}
+
+TEST(ItemIdList, AnItemOfTheGreatestSizeIsPassedOver) {
+    Bytes bytes(0xFFFF, 1);
+    bytes[0] = bytes[1] = 0xFF;
+    bytes.insert(bytes.end(), {3, 0, 7, 0, 0});
+    EXPECT_EQ(bytesOf(ItemIdList::fromBytes(bytes)->lastItem()), (Bytes{3, 0, 7, 0, 0}));
+}
+
 }  // namespace
 }  // namespace varnelo
