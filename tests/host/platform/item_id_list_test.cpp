@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace varnelo {
 namespace {
 
@@ -76,9 +78,10 @@ TEST(ItemIdList, OfTheDesktopIsItsOwnFolderAndLastItem) {
 }
 
 TEST(ItemIdList, AnItemOfTheGreatestSizeIsPassedOver) {
-    Bytes bytes(0xFFFF, 1);
+    Bytes bytes(0xFFFF + 5, 1);
     bytes[0] = bytes[1] = 0xFF;
-    bytes.insert(bytes.end(), {3, 0, 7, 0, 0});
+    const Bytes last{3, 0, 7, 0, 0};
+    std::copy(last.begin(), last.end(), bytes.begin() + 0xFFFF);
     EXPECT_EQ(bytesOf(ItemIdList::fromBytes(bytes)->lastItem()), (Bytes{3, 0, 7, 0, 0}));
 }
 
