@@ -64,6 +64,10 @@ if [[ -z ${WINEDEBUG:-} ]]; then
     export WINEDEBUG=-all,warn+seh
 fi
 
+# What is recycled outlives the prefix: --folder may show the user's own files.
+export VARNELO_DATA_HOME=$varnelo_root/build/data
+mkdir -p "$VARNELO_DATA_HOME"
+
 prefix=$(wine_new_prefix run)
 log=$prefix/home/stderr.log
 program_pid='' filter_pid=''

@@ -17,7 +17,9 @@ else
 fi
 
 # wine_in PREFIX COMMAND...: runs a command of this system (wine_loader, wineserver, a script) in the prefix.
-# WINEDEBUG is the caller's, silence without one. Caches of fonts and shaders are shared, so that starts are warm.
+# WINEDEBUG is the caller's, silence without one. The recycle bin is the folder Trash in VARNELO_DATA_HOME, which must be
+# there, or Wine deletes for good; without that variable the bin goes with the prefix. Caches of fonts and shaders are
+# shared, so that starts are warm.
 wine_in() {
     (wine_exec "$@")
 }
@@ -29,7 +31,7 @@ wine_exec() {
     shift
     exec env WINEPREFIX="$prefix" WINEARCH=win64 WINELOADER="$wine_loader" WINEDEBUG="${WINEDEBUG--all}" \
         WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=;winedbg.exe=' \
-        HOME="$prefix/home" XDG_DATA_HOME="$prefix/home/data" XDG_CACHE_HOME="$wine_cache" \
+        HOME="$prefix/home" XDG_DATA_HOME="${VARNELO_DATA_HOME:-$prefix/home/data}" XDG_CACHE_HOME="$wine_cache" \
         LC_ALL=C.UTF-8 "$@"
 }
 
@@ -111,7 +113,7 @@ wine_make_template() {
         [[ $made != "$fingerprint" ]] || exit 0
         echo "making the Wine prefix template (once)"
         rm -rf "$wine_template"
-        mkdir -p "$wine_template/home"
+        mkdir -p "$wine_template/home/data"
         unset DISPLAY
         # The services that start here keep the descriptors they inherit; the lock must not be among them.
         {

@@ -40,8 +40,10 @@ DesktopOrganizer::Dependencies desktopDependencies(const RenderSurface& surface,
 MainView::MainView(RenderSurface& surface, BaseView& baseView, const ViewServices& services)
     : render(surface),
       desktopOrganizer(desktopDependencies(surface, services)),
-      leftPane({surface.input, services.clock, services.shell, services.settings, services.language, nullptr},
-               surface, baseView, TabKind::System),
+      actions([&surface] { return surface.hWnd; }, services.language, shellCalls),
+      leftPane(
+          {surface.input, services.clock, services.shell, services.settings, services.language, &actions},
+          surface, baseView, TabKind::System),
       watcher(desktopOrganizer, knownFolder(KnownFolder::Desktop)) {}
 
 MainView::~MainView() = default;

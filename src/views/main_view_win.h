@@ -7,6 +7,8 @@
 #include "model/desktop_organizer.h"
 #include "model/desktop_watcher_win.h"
 #include "views/icon_view_win.h"
+#include "views/shell_calls_win.h"
+#include "views/shell_file_actions_win.h"
 
 namespace varnelo {
 
@@ -69,6 +71,8 @@ private:
 
     RenderSurface& render;
     DesktopOrganizer desktopOrganizer;
+    WindowsShellCalls shellCalls;
+    ShellFileActions actions;  // before the panes, which hold it
 
     // Taken by every callback that changes a pane, and around a frame; always before an organiser's own lock.
     std::mutex paneLock;
