@@ -34,10 +34,16 @@ LRESULT onSize(HWND window, WPARAM kind, UINT width, UINT height) {
     return redraw();
 }
 
-LRESULT onDpiChanged(HWND window, UINT dpi, const RECT& suggested) {
-    SetWindowPos(window, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
-                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-    if (Render* view = viewOf(window)) view->onDpiChanged(dpi);
+// Any process can send this with any values. So the rectangle is copied by a call that fails where an access
+// would fault, and the resolution is asked of the system rather than taken from the message.
+LRESULT onDpiChanged(HWND window, LPARAM suggestedArea) {
+    RECT area{};
+    if (ReadProcessMemory(GetCurrentProcess(), reinterpret_cast<const void*>(suggestedArea), &area,
+                          sizeof area, nullptr)) {
+        SetWindowPos(window, nullptr, area.left, area.top, area.right - area.left, area.bottom - area.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    if (Render* view = viewOf(window)) view->onDpiChanged(GetDpiForWindow(window));
     return redraw();
 }
 
@@ -128,7 +134,7 @@ LRESULT dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SIZE:
             return onSize(window, wParam, LOWORD(lParam), HIWORD(lParam));
         case WM_DPICHANGED:
-            return onDpiChanged(window, LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+            return onDpiChanged(window, lParam);
         case WM_PAINT:
             ValidateRect(window, nullptr);
             return redraw();
@@ -149,6 +155,8 @@ LRESULT dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NCHITTEST:
             return onHitTest(window, wParam, lParam);
+        case WM_CHAR:
+            return redraw();  // no text field takes it
         case WM_SYSCOMMAND:
             return 0;  // the title bar's buttons and the system menu do nothing
         case WM_MOUSEMOVE:

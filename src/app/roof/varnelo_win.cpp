@@ -169,7 +169,14 @@ void Varnelo::drawFrame() {
     if (animating) window.redrawRequested = true;
 }
 
+void Varnelo::stopRouting() {
+    window.routedMainWindow = nullptr;
+    window.routedMainRender = nullptr;
+}
+
 void Varnelo::endSession() {
+    // The system may still send input, which must not reach views that are gone.
+    stopRouting();
     // Both texts reached the log in another encoding once, and tools look for them as they are.
     logInfo(L"System shutdown detected \u00e2\u20ac\u201c saving caches");
     if (render) render->release();
@@ -179,8 +186,7 @@ void Varnelo::endSession() {
 
 void Varnelo::cleanup() {
     logInfo(L"Cleanup started");
-    window.routedMainWindow = nullptr;
-    window.routedMainRender = nullptr;
+    stopRouting();
     render->release();
     device.shutdown();
     attachWindowProcedure(nullptr);

@@ -42,6 +42,7 @@ private:
     void initRender(UINT width, UINT height);
     WPARAM messageLoop();
     void drawFrame();
+    void stopRouting();
     void endSession();
     void cleanup();
 

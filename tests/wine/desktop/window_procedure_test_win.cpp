@@ -138,6 +138,33 @@ TEST_F(WindowProcedureTest, TheRightEdgeBelongsToTheContent) {
     EXPECT_EQ(send(WM_NCHITTEST, 0, MAKELPARAM(frame.left, middle)), HTLEFT);
 }
 
+TEST_F(WindowProcedureTest, AnotherResolutionMovesTheWindowWhereTheSystemSays) {
+    const RECT suggested{30, 40, 530, 440};
+    EXPECT_EQ(send(WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&suggested)), 0);
+    RECT area{};
+    GetWindowRect(window, &area);
+    EXPECT_TRUE(EqualRect(&area, &suggested));
+    EXPECT_TRUE(state.redrawRequested);
+}
+
+TEST_F(WindowProcedureTest, AnotherResolutionWithoutAReadableRectangleMovesNothing) {
+    RECT before{};
+    GetWindowRect(window, &before);
+    for (const LPARAM nowhere : {LPARAM{0}, LPARAM{1}, static_cast<LPARAM>(0x7FFFFFFF0000)}) {
+        state.redrawRequested = false;
+        EXPECT_EQ(send(WM_DPICHANGED, 0, nowhere), 0);
+        EXPECT_TRUE(state.redrawRequested) << nowhere;
+    }
+    RECT after{};
+    GetWindowRect(window, &after);
+    EXPECT_TRUE(EqualRect(&before, &after));
+}
+
+TEST_F(WindowProcedureTest, ACharacterCostsAFrame) {
+    EXPECT_EQ(send(WM_CHAR, L'x'), 0);
+    EXPECT_TRUE(state.redrawRequested);
+}
+
 TEST_F(WindowProcedureTest, InputBeforeTheLoopIsDroppedAndCostsAFrame) {
     for (const UINT message :
          std::initializer_list<UINT>{WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK,
