@@ -30,9 +30,6 @@ struct ClusterScore {
     }
 };
 
-// Whole seconds of a FILETIME, cut before two of them are compared.
-constexpr std::uint64_t fileTimeSeconds(std::uint64_t fileTime) { return fileTime / 10000000; }
-
 constexpr bool withinSeconds(std::uint64_t a, std::uint64_t b, std::uint64_t seconds) {
     return (a > b ? a - b : b - a) <= seconds;
 }

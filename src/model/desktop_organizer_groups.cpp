@@ -8,8 +8,6 @@
 namespace varnelo {
 namespace {
 
-constexpr std::uint64_t kTicksPerSecond = 10000000;
-
 // A day more than the groups' names say.
 constexpr std::uint64_t kLast7DaysSeconds = 8 * 86400;
 constexpr std::uint64_t kLast30DaysSeconds = 31 * 86400;
@@ -36,7 +34,7 @@ void DesktopOrganizer::markZoneIdentifiers() {
 void DesktopOrganizer::groupAll(const std::wstring& rootFolder) {
     std::vector<FileCluster> clusters;
     clusterer.build(clusters, entries, rootFolder);
-    const std::uint64_t nowSeconds = services.clock.fileTime() / kTicksPerSecond;
+    const std::uint64_t nowSeconds = fileTimeSeconds(services.clock.fileTime());
     for (DesktopFileInfo* info : entries) {
         if (info->grouped) continue;
         info->group = fixedGroup(*info, nowSeconds);
@@ -51,7 +49,7 @@ GroupKey DesktopOrganizer::fixedGroup(const DesktopFileInfo& info, std::uint64_t
     if (info.hasZoneIdentifier) return special(SpecialGroup::Downloads);
     if (clusterer.archiveExtensions.contains(lowered(info.extension))) return special(SpecialGroup::Archives);
     // Unsigned: a file from the future has a huge age and is among the old ones.
-    return special(ageGroup(nowSeconds - info.lastWriteTime / kTicksPerSecond));
+    return special(ageGroup(nowSeconds - fileTimeSeconds(info.lastWriteTime)));
 }
 
 DesktopOrganizer::GroupOf DesktopOrganizer::currentGroups() const {

@@ -13,6 +13,7 @@
 #include "model/cluster_score.h"
 #include "model/file_clusterer.h"
 #include "model/file_metadata.h"
+#include "platform/clock.h"
 #include "platform/text.h"
 
 namespace varnelo {

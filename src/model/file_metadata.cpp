@@ -1,5 +1,9 @@
 #include "model/file_metadata.h"
 
+#include <algorithm>
+
+#include "platform/clock.h"
+
 namespace varnelo {
 
 std::wstring FileMetaData::uninstallPath() const { return {}; }
@@ -11,11 +15,8 @@ void DesktopFileInfo::setTimes(const FileTimes& times) {
 }
 
 std::int64_t unixFromFileTime(std::uint64_t fileTime) {
-    constexpr std::uint64_t kTicksAt1970 = 116444736000000000;
-    constexpr std::uint64_t kTicksPerSecond = 10000000;
-    constexpr std::int64_t kSecondsFrom1601To1970 = 11644473600;
-    if (fileTime < kTicksAt1970) return 0;
-    return static_cast<std::int64_t>(fileTime / kTicksPerSecond) - kSecondsFrom1601To1970;
+    return std::max<std::int64_t>(
+        0, static_cast<std::int64_t>(fileTimeSeconds(fileTime)) - kSecondsFrom1601To1970);
 }
 
 }  // namespace varnelo

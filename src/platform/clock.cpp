@@ -6,8 +6,7 @@ namespace varnelo {
 
 namespace {
 
-// Seconds from 1601-01-01 to 1970-01-01.
-constexpr std::int64_t kFileTimeEpochSeconds = 11644473600;
+constexpr auto kTicksPerSecond = static_cast<std::int64_t>(kFileTimeTicksPerSecond);
 
 class SystemClock final : public Clock {
 public:
@@ -20,9 +19,9 @@ public:
             .count();
     }
     std::uint64_t fileTime() const override {
-        using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+        using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, kTicksPerSecond>>;
         const auto now = std::chrono::floor<Ticks>(std::chrono::system_clock::now().time_since_epoch());
-        return static_cast<std::uint64_t>(now.count() + kFileTimeEpochSeconds * 10'000'000);
+        return static_cast<std::uint64_t>(now.count() + kSecondsFrom1601To1970 * kTicksPerSecond);
     }
 };
 

@@ -4,6 +4,13 @@
 
 namespace varnelo {
 
+// A FILETIME counts 100-nanosecond ticks since 1601-01-01 00:00 UTC.
+inline constexpr std::uint64_t kFileTimeTicksPerSecond = 10'000'000;
+inline constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+
+// Whole seconds since 1601, cut.
+constexpr std::uint64_t fileTimeSeconds(std::uint64_t fileTime) { return fileTime / kFileTimeTicksPerSecond; }
+
 // Time, passed in wherever logic needs it, so that tests can set it. Safe to read from any thread.
 class Clock {
 public:
@@ -12,7 +19,7 @@ public:
     virtual double steadySeconds() const = 0;
     // Since 1970-01-01 00:00 UTC.
     virtual std::int64_t unixSeconds() const = 0;
-    // FILETIME: 100 nanoseconds since 1601-01-01 00:00 UTC.
+    // As a FILETIME.
     virtual std::uint64_t fileTime() const = 0;
 };
 
