@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "platform/handles_win.h"
+
 namespace varnelo {
 
 // Holds a named mutex for as long as it lives. A mutex that cannot be made is tolerated: the caller counts as
@@ -11,15 +13,12 @@ class SingleInstance {
 public:
     explicit SingleInstance(const wchar_t* name) : mutex(CreateMutexW(nullptr, TRUE, name)) {
         if (mutex && GetLastError() == ERROR_ALREADY_EXISTS) {
-            CloseHandle(mutex);
-            mutex = nullptr;
+            mutex.reset();
             first = false;
         }
     }
     ~SingleInstance() {
-        if (!mutex) return;
-        ReleaseMutex(mutex);
-        CloseHandle(mutex);
+        if (mutex) ReleaseMutex(mutex.get());
     }
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -27,7 +26,7 @@ public:
     bool isFirst() const { return first; }
 
 private:
-    HANDLE mutex;
+    MutexHandle mutex;
     bool first = true;
 };
 
