@@ -223,6 +223,19 @@ TEST(CrashReportFolder, WithoutTheRoamingFolderIsAnOddNameThatNobodyMakes) {
     fs::current_path(before);
 }
 
+TEST(CrashReport, EndsInTheGivenLineThoughOthersHaveFollowed) {
+    const test::TempFolder folder;
+    LogLines lines;
+    lines.append(L"one");
+    const auto* last = lines.append(L"two");
+    lines.append(L"three");
+    EXPECT_EQ(writeCrashReport(folder.path().c_str(), L"two", lines, last), ReportResult::Written);
+    const auto files = filesIn(folder.path());
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(utf16File(files[0]),
+              L"=== CRASH LOG ===\r\nReason: two\r\n=================\r\n\r\none\r\ntwo\r\n");
+}
+
 TEST(CrashReport, APathTooLongForTheSystemLeavesNoReport) {
     LogLines lines;
     const std::wstring folder(5000, L'x');

@@ -116,6 +116,8 @@ TEST_F(SettingsTest, AStoredRatioOfZeroCountsAsNone) {
     settings.splitterRatio = 0.4f;
     givenBytes("splitterRatio_1", {0, 0, 0, 0});
     EXPECT_EQ(settings.splitterRatioFor(1), 0.4f);
+    settings.setSplitterRatioFor(1, -0.5f);
+    EXPECT_EQ(settings.splitterRatioFor(1), -0.5f) << "only a zero does";
     givenBytes("tabIndex_1", {0, 0, 0, 0});
     settings.tabIndex = 2;
     EXPECT_EQ(settings.tabIndexFor(1), 0) << "a tab of zero is a tab";
@@ -174,11 +176,11 @@ TEST_F(SettingsTest, ATextEndsAtItsFirstZero) {
 TEST_F(SettingsTest, AScaleThatNothingCanBeLaidOutWithIsOneForTheLayoutAlone) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float infinity = std::numeric_limits<float>::infinity();
-    for (const float scale : {nan, infinity, -infinity, 0.0f, -1.0f, 1e-30f, 1e30f}) {
+    for (const float scale : {nan, infinity, -infinity, 0.0f, -1.0f, 1e-30f, 0.09f, 10.1f, 1e30f}) {
         settings.iconScale = scale;
         EXPECT_EQ(settings.iconScaleForLayout(), 1.0f) << scale;
     }
-    for (const float scale : {0.5f, 1.1f, 2.0f}) {
+    for (const float scale : {0.1f, 0.5f, 1.1f, 2.0f, 10.0f}) {
         settings.iconScale = scale;
         EXPECT_EQ(settings.iconScaleForLayout(), scale);
     }
