@@ -169,10 +169,15 @@ std::optional<std::uint32_t> ScriptedShell::attributes(const std::wstring& path)
 }
 
 std::optional<FileProbe::Facts> ScriptedShell::facts(const std::wstring& path) const {
-    const std::lock_guard lock(mutex);
-    const Entry* entry = find(path);
-    if (!entry || !entry->file.readable) return std::nullopt;
-    return Facts{entry->file.times, entry->file.sizeBytes};
+    std::optional<Facts> answer;
+    {
+        const std::lock_guard lock(mutex);
+        const Entry* entry = find(path);
+        if (!entry || !entry->file.readable) return std::nullopt;
+        answer = Facts{entry->file.times, entry->file.sizeBytes};
+    }
+    if (afterFacts) afterFacts();
+    return answer;
 }
 
 std::optional<FileTimes> ScriptedShell::fileTimes(const std::wstring& path) const {

@@ -74,6 +74,9 @@ public:
     // Called before the shell looks for a name, which the watcher's additions begin with.
     std::function<void()> beforeParse;
 
+    // Called after the facts of a file were read, before they are answered.
+    std::function<void()> afterFacts;
+
     // How often a file was asked for its stream.
     int zoneQuestions() const;
 

@@ -164,6 +164,21 @@ TEST_F(DesktopItemReaderTest, ALinkWithoutATargetStandsForItself) {
     EXPECT_EQ(info.fileSize, 321u);
 }
 
+TEST_F(DesktopItemReaderTest, ALinkThatLostItsTargetForgetsIt) {
+    shell.put(L"Plan.lnk");
+    DesktopFileInfo info;
+    info.targetPath = L"X:\\work\\Plan.xlsx";
+    ASSERT_TRUE(reader.fillFromPath(ScriptedShell::pathOf(L"Plan.lnk"), info));
+    EXPECT_EQ(info.targetPath, L"");
+}
+
+TEST_F(DesktopItemReaderTest, ATargetWithoutASeparatorLeavesTheFolderOfTheLink) {
+    shell.put(L"tool.lnk", link(L"tool.exe"));
+    const DesktopFileInfo info = filled(L"tool.lnk");
+    EXPECT_EQ(info.extension, L"exe");
+    EXPECT_EQ(info.parentFolder, ScriptedShell::kDesktop);
+}
+
 TEST_F(DesktopItemReaderTest, AnInternetShortcutKeepsItsAddressAsTarget) {
     shell.put(L"News.URL", withContent("[InternetShortcut]\r\nURL=https://news.example/\r\n"));
     const DesktopFileInfo info = filled(L"News.URL");

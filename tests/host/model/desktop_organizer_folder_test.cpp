@@ -135,6 +135,36 @@ TEST_F(DesktopOrganizerFolderTest, AnUnknownWrittenFileStillAsksForAFlushOfWhatW
     EXPECT_TRUE(organizer().pendingChanged());
 }
 
+TEST_F(DesktopOrganizerFolderTest, AWriteAloneFindsADownloadedFileOut) {
+    desktop.put(L"paper.pdf");
+    rebuild();
+    desktop.file(L"paper.pdf").downloaded = true;
+    fileModified(L"paper.pdf");
+    organizer().flushPending();
+    EXPECT_EQ(groupOf(L"paper.pdf"), L"Special-Downloads");
+}
+
+TEST_F(DesktopOrganizerFolderTest, ARebuildForgetsAWriteThatNobodyWasTold) {
+    desktop.put(L"old.txt", aged(40));
+    rebuild();
+    const DesktopFileInfo& retired = info(L"old.txt");
+    write(L"old.txt", kNoon);
+    fileModified(L"old.txt");
+    rebuild();
+    organizer().flushPending();
+    EXPECT_EQ(retired.timestamp, kNoon - 40 * 86400) << "a view may still read it";
+    EXPECT_EQ(info(L"old.txt").timestamp, kNoon);
+}
+
+TEST_F(DesktopOrganizerFolderTest, AFileThatIsGoneAgainOnceItWasReadIsNotAdded) {
+    rebuild();
+    desktop.put(L"a.txt");
+    desktop.afterFacts = [this] { desktop.remove(L"a.txt"); };
+    fileAdded(L"a.txt");
+    organizer().flushPending();
+    EXPECT_TRUE(told().empty());
+}
+
 TEST_F(DesktopOrganizerFolderTest, AnAdditionAloneLetsTheDesktopBeAFamily) {
     givenAFamilyAndAStranger();
     desktop.put(L"quartz.txt", aged(40));
@@ -232,6 +262,8 @@ TEST_F(DesktopOrganizerFolderTest, ARenameThatTheShellToldFirstKeepsThePlace) {
 TEST_F(DesktopOrganizerFolderTest, AnOldNameThatIsTakenAgainStays) {
     desktop.put(L"a.txt");
     rebuild();
+    watcherTells({renamedFrom(L"a.txt")});
+    EXPECT_TRUE(told().empty());
     desktop.put(L"b.txt");  // a.txt was renamed to it, and a new a.txt was made
     watcherTells({renamedFrom(L"a.txt"), renamedTo(L"b.txt"), added(L"a.txt")});
     EXPECT_EQ(names(), (Names{L"a.txt", L"b.txt"}));

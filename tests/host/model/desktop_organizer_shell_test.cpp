@@ -85,6 +85,14 @@ TEST_F(DesktopOrganizerShellTest, ARenamedItemKeepsItsObjectAndItsPlace) {
     EXPECT_EQ(groupOf(L"b.zip"), L"Special-Archives");
 }
 
+TEST_F(DesktopOrganizerShellTest, ARenamedItemStaysWhateverTheCaseOfItsFolder) {
+    desktop.put(L"a.txt");
+    rebuild();
+    desktop.rename(L"a.txt", L"X:\\DESK\\b.txt");
+    shellTells(Event::RenameItem, L"a.txt", L"X:\\DESK\\b.txt");
+    EXPECT_EQ(told().front(), (std::pair{Action::Renamed, std::wstring(L"b.txt")}));
+}
+
 TEST_F(DesktopOrganizerShellTest, ARenamedItemThatCannotBeReadIsStillTold) {
     desktop.put(L"a.txt");
     rebuild();
@@ -174,6 +182,14 @@ TEST_F(DesktopOrganizerShellTest, AnUpdatedItemIsReadAnew) {
     shellTells(Event::UpdateItem, L"a.txt");
     EXPECT_EQ(told(), (Told{{Action::Updated, L"a.txt"}}));
     EXPECT_EQ(info(L"a.txt").fileSize, 4711u);
+}
+
+TEST_F(DesktopOrganizerShellTest, AnUpdatedItemThatCannotBeReadIsStillTold) {
+    desktop.put(L"a.txt");
+    rebuild();
+    desktop.file(L"a.txt").readable = false;
+    shellTells(Event::UpdateItem, L"a.txt");
+    EXPECT_EQ(told(), (Told{{Action::Updated, L"a.txt"}}));
 }
 
 TEST_F(DesktopOrganizerShellTest, AnUpdateOfAnUnknownItemAddsIt) {

@@ -45,6 +45,10 @@ TEST_F(DesktopOrganizerTest, ADesktopThatCannotBeEnumeratedIsEmpty) {
     const EntryList list = organizer().rebuild();
     EXPECT_TRUE(list.entries.empty());
     EXPECT_TRUE(list.folder.empty());
+    desktop.enumerates = true;
+    EXPECT_EQ(organizer().rebuild().folder, ScriptedShell::root());
+    desktop.enumerates = false;
+    EXPECT_TRUE(organizer().rebuild().folder.empty()) << "nothing is left of the time before";
 }
 
 TEST_F(DesktopOrganizerTest, TheSameNameOnBothDesktopsGivesTwoItems) {

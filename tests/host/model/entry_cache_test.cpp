@@ -119,6 +119,24 @@ TEST_F(EntryCacheTest, TheFirstOfSeveralEqualItemsGetsThePlace) {
     EXPECT_TRUE(decode(bytes));
     EXPECT_EQ(infos[0].slot, 3);
     EXPECT_EQ(infos[1].slot, -1);
+
+    infos.clear();
+    item(ScriptedShell::list(L"a.txt", 1));
+    item(ScriptedShell::list(L"a.txt", 1));
+    EXPECT_TRUE(decode(bytes));
+    EXPECT_EQ(infos[0].slot, 3) << "of equal bytes too";
+    EXPECT_EQ(infos[1].slot, -1);
+}
+
+TEST_F(EntryCacheTest, AnItemThatItsOwnBytesFoundIsNotAskedAbout) {
+    item(ScriptedShell::list(L"a.txt", 1), 100, 3, 200);
+    item(ScriptedShell::list(L"a.txt", 2), 101, 4, 201);
+    const auto bytes = encoded();
+    infos.clear();
+    item(ScriptedShell::list(L"a.txt", 1));
+    EXPECT_TRUE(decode(bytes));
+    EXPECT_EQ(infos[0].slot, 3);
+    EXPECT_EQ(questions, 0);
 }
 
 TEST_F(EntryCacheTest, ARecordWithoutAListOrAMatchIsPassedOver) {

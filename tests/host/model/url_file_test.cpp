@@ -50,6 +50,8 @@ TEST(UrlFileTest, Utf16IsKnownByItsMark) {
     EXPECT_EQ(targetOf(std::string_view("\xFE\xFF\0U\0R\0L\0=\0\xE4\0\n", 14)), L"\u00E4");
     EXPECT_EQ(targetOf(std::string_view("\xFF\xFEU\0R\0L\0=\0a\0b", 13)), L"a");
     EXPECT_EQ(targetOf("\xFF\xFE"), std::nullopt);
+    const std::string_view twice("\xFF\xFEU\0R\0L\0=\0a\0\n\0U\0R\0L\0=\0b\0", 22);
+    EXPECT_EQ(targetOf(twice), L"a") << "the first here too";
 }
 
 }  // namespace
