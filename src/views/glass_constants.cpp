@@ -11,7 +11,6 @@ constexpr float kScaleHovered = 1.07F;
 constexpr float kScaleHoveredEnlarge = 1.15F;
 constexpr float kScaleDragged = 1.2F;
 constexpr float kScaleEasing = 0.15F;
-constexpr int kHoverModeEnlarge = 1;
 constexpr float kDragMarkDragged = 0.95F;
 
 // Toward zero. Far beyond any surface the value stands still, so that the conversion is always defined.
@@ -21,13 +20,13 @@ int truncated(float pixels) {
     return static_cast<int>(std::min(pixels, kFarAway));
 }
 
+}  // namespace
+
 float scaleTarget(bool dragged, bool hovered, int hoverMode) {
     if (dragged) return kScaleDragged;
     if (!hovered) return kScaleAtRest;
-    return hoverMode == kHoverModeEnlarge ? kScaleHoveredEnlarge : kScaleHovered;
+    return hoverMode == kHoverEnlarges ? kScaleHoveredEnlarge : kScaleHovered;
 }
-
-}  // namespace
 
 float easedScale(float scale, bool dragged, bool hovered, int hoverMode) {
     return scale + (scaleTarget(dragged, hovered, hoverMode) - scale) * kScaleEasing;

@@ -82,8 +82,12 @@ struct GlassPlace {
     float shakeX = 0, shakeY = 0;
 };
 
+// The value of the setting `hoverMode`; any other means the shake.
+inline constexpr int kHoverEnlarges = 1;
+
+// The draw scale that an icon goes to.
+float scaleTarget(bool dragged, bool hovered, int hoverMode);
 // The draw scale after one more drawn frame: 15 % of the way to the target, whatever the frame time.
-// `hoverMode` is the setting of that name; 1 is "enlarge".
 float easedScale(float scale, bool dragged, bool hovered, int hoverMode);
 
 // The icon stands in the middle of the cell's width and at the cell's top, so a scaled one grows downward.

@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "views/glass_constants.h"
 #include "views/grid_layout.h"
 #include "views/grid_math.h"
 
 namespace varnelo {
 namespace {
 
-constexpr float kDraggedScale = 1.2f;
-constexpr float kEnlargedScale = 1.15f;
-constexpr float kHoveredScale = 1.07f;
-constexpr float kScaleStep = 0.15f;  // share of the gap per drawn frame
 constexpr float kScaleTolerance = 0.001f;
 constexpr float kPlaceTolerance = 0.5f;  // pixels
 constexpr float kGroupRate = 8;
@@ -35,7 +32,7 @@ bool enlarge(IconCell& cell, bool hovered) {
     cell.shakeX = 0;
     cell.shakeY = 0;
     if (!cell.visible || !cell.texture) return false;
-    return std::abs(cell.scale - (hovered ? kEnlargedScale : 1)) > kScaleTolerance;
+    return std::abs(cell.scale - scaleTarget(false, hovered, kHoverEnlarges)) > kScaleTolerance;
 }
 
 bool shake(IconCell& cell, bool hovered, float seconds) {
@@ -115,17 +112,6 @@ bool animateGroups(GridState& grid, float seconds) {
         moving |= std::abs(group.targetHeight - group.height) > kPlaceTolerance;
     }
     return moving;
-}
-
-float stepScale(IconCell& cell, int hoverMode) {
-    float target = 1;
-    if (cell.dragged) {
-        target = kDraggedScale;
-    } else if (cell.hovered) {
-        target = hoverMode == kHoverEnlarges ? kEnlargedScale : kHoveredScale;
-    }
-    cell.scale += (target - cell.scale) * kScaleStep;
-    return cell.scale;
 }
 
 }  // namespace varnelo

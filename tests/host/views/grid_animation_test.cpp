@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host/views/grid_test.h"
+#include "views/glass_constants.h"
 
 namespace varnelo {
 namespace {
@@ -129,7 +130,7 @@ TEST_F(GridAnimationTest, AnEnlargedCellDoesNotShakeAndNeedsFramesUntilItsScaleI
     EXPECT_TRUE(b.hovered);
     EXPECT_EQ(b.shakeX, 0);
     int count = 0;
-    for (; frame(); ++count) stepScale(b, 1);
+    for (; frame(); ++count) b.scale = easedScale(b.scale, b.dragged, b.hovered, 1);
     EXPECT_NEAR(b.scale, 1.15f, 0.001f);
     EXPECT_GT(count, 20);
     hover(10, 390);
@@ -147,6 +148,22 @@ TEST_F(GridAnimationTest, ACellThatIsNotDrawnAsksForNoFrames) {
     markVisible(grid);
     ASSERT_FALSE(cell(L"b").visible);
     EXPECT_FALSE(animateCells(grid, 1, kFrame));
+}
+
+TEST_F(GridAnimationTest, AShakeThatIsOverAsksForNoFrame) {
+    hoverOver(L"b");
+    frame(0.25f);
+    EXPECT_FALSE(frame(0.25f));
+}
+
+TEST_F(GridAnimationTest, AChangeToTheEnlargingModeEndsAShake) {
+    hoverOver(L"b");
+    frame(0.1f);
+    ASSERT_NE(cell(L"b").shakeX, 0);
+    settings.hoverMode = 1;
+    frame(0.1f);
+    EXPECT_EQ(cell(L"b").shakeX, 0);
+    EXPECT_EQ(cell(L"b").shakeY, 0);
 }
 
 TEST_F(GridAnimationTest, NothingHoversInAList) {
@@ -171,19 +188,6 @@ TEST_F(GridAnimationTest, ADraggedCellIsHeldStillAndShakesOnceWhereItLands) {
     grid.clearHover();
     EXPECT_TRUE(frame(0.1f));
     EXPECT_NE(b.shakeX, 0);
-}
-
-TEST_F(GridAnimationTest, TheDrawnScaleTakesFifteenPercentOfItsGap) {
-    IconCell cell;
-    EXPECT_EQ(stepScale(cell, 0), 1);
-    cell.hovered = true;
-    EXPECT_FLOAT_EQ(stepScale(cell, 0), 1 + 0.07f * 0.15f);
-    cell.scale = 1;
-    EXPECT_FLOAT_EQ(stepScale(cell, 1), 1 + 0.15f * 0.15f);
-    cell.scale = 1;
-    cell.dragged = true;
-    EXPECT_FLOAT_EQ(stepScale(cell, 1), 1 + 0.2f * 0.15f);
-    EXPECT_EQ(cell.scale, 1 + 0.2f * 0.15f);
 }
 
 TEST_F(GridAnimationTest, AGroupWithinHalfAPixelOfItsHeightNeedsNoFrame) {
