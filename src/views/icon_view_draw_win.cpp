@@ -33,7 +33,6 @@ void IconView::draw(bool toScene) {
     } else {
         drawFlat();
     }
-    if (!toScene) easeHiddenCells();
     drawLasso(toScene ? render.sceneD2DRT.get() : render.d2dRT.get());
     drawScrollBar();
 }
@@ -82,6 +81,7 @@ void IconView::drawGroupTexts(const IconGroup& group) {
 
 void IconView::drawGroupIcons(const IconGroup& group) {
     const ScissorEdges area = groupArea(group);
+    if (area.bottom <= area.top) return;
     glass.beginScissor(area);
     for (const std::int32_t index : group.cells) {
         IconCell& cell = cells[static_cast<std::size_t>(index)];
@@ -129,14 +129,6 @@ void IconView::drawIcon(IconCell& cell, ID3D11ShaderResourceView* source) {
     const GlassQuad quad =
         glassQuad({cell.x, cell.y, cell.shakeX, cell.shakeY}, cell.scale, iconSize, cellWidth, scrollY);
     glass.drawGlass(quad, *cell.texture, source, {cell.selected, cell.dimmed, cell.dragged});
-}
-
-// The scale of a cell that is not drawn moves on too: the pane asks for frames until it has arrived.
-void IconView::easeHiddenCells() {
-    for (IconCell& cell : cells) {
-        if (cell.visible && cell.texture) continue;
-        cell.scale = easedScale(cell.scale, cell.dragged, cell.hovered, services.settings.hoverMode);
-    }
 }
 
 bool IconView::createLassoBrushes(ID2D1RenderTarget* target) {

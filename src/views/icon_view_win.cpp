@@ -3,6 +3,7 @@
 #include <new>
 
 #include "app/settings.h"
+#include "views/grid_layout.h"
 #include "views/render_surface_win.h"
 #include "views/shell_list_win.h"
 
@@ -33,18 +34,11 @@ void IconView::init(ViewRect& rect, bool snapToColumns, int anchor, bool isSelec
     baseIconSize = static_cast<float>(listSize > 0 ? listSize : kDefaultIconSize);
     iconSize = services.settings.iconScaleForLayout() * baseIconSize;
     setViewRect(rect, snapToColumns, anchor);
-    jumpToTargets();
+    jumpToTargets(cells);
     glass.init();
     pictures.init();
     quads.init();
-    jumpToTargets();
-}
-
-void IconView::jumpToTargets() {
-    for (IconCell& cell : cells) {
-        cell.x = cell.targetX;
-        cell.y = cell.targetY;
-    }
+    jumpToTargets(cells);
 }
 
 void IconView::loadIcon(int index) {

@@ -51,8 +51,6 @@ public:
 private:
     enum class Cells { Resting, Dragged };
 
-    void jumpToTargets();
-
     void drawGrouped(bool toScene);
     void drawFlat();
     void drawGroupTexts(const IconGroup& group);
@@ -62,7 +60,6 @@ private:
     void drawPaneLabels(bool draggedOnly);
     void drawIcons(Cells which, ID3D11ShaderResourceView* source);
     void drawIcon(IconCell& cell, ID3D11ShaderResourceView* source);
-    void easeHiddenCells();
     void drawLasso(ID2D1RenderTarget* target);
     bool createLassoBrushes(ID2D1RenderTarget* target);
     void drawScrollBar();
