@@ -10,6 +10,7 @@
 #include "platform/handles_win.h"
 #include "platform/item_id_list_win.h"
 #include "views/icon_pixels.h"
+#include "views/texture_shape_win.h"
 
 namespace varnelo {
 
@@ -77,15 +78,8 @@ IconImage imageOf(HICON icon) {
 }
 
 std::shared_ptr<IconTexture> createTexture(ID3D11Device* device, const IconImage& image) {
-    D3D11_TEXTURE2D_DESC description{};
-    description.Width = image.width;
-    description.Height = image.height;
-    description.MipLevels = 1;
-    description.ArraySize = 1;
-    description.Format = DXGI_FORMAT_B8G8R8A8_UNORM;
-    description.SampleDesc.Count = 1;
-    description.Usage = D3D11_USAGE_DEFAULT;
-    description.BindFlags = D3D11_BIND_SHADER_RESOURCE;
+    const D3D11_TEXTURE2D_DESC description =
+        bgraTexture(image.width, image.height, D3D11_BIND_SHADER_RESOURCE);
     const D3D11_SUBRESOURCE_DATA data{image.pixels.data(), image.width * 4, 0};
     ComRef<ID3D11Texture2D> texture;
     auto icon = std::make_shared<IconTexture>();

@@ -7,6 +7,7 @@
 #include "views/device_layer_win.h"
 #include "views/quad_geometry_win.h"
 #include "views/shader_text_win.h"
+#include "views/texture_shape_win.h"
 #include "views/wallpaper_win.h"
 
 namespace varnelo {
@@ -106,15 +107,8 @@ void RenderSurface::createBackgroundQuad() {
 
 void RenderSurface::createOffscreenTarget() {
     if (!device) return;
-    D3D11_TEXTURE2D_DESC description{};
-    description.Width = static_cast<UINT>(width);
-    description.Height = static_cast<UINT>(height);
-    description.MipLevels = 1;
-    description.ArraySize = 1;
-    description.Format = DXGI_FORMAT_B8G8R8A8_UNORM;
-    description.SampleDesc.Count = 1;
-    description.Usage = D3D11_USAGE_DEFAULT;
-    description.BindFlags = D3D11_BIND_RENDER_TARGET | D3D11_BIND_SHADER_RESOURCE;
+    const D3D11_TEXTURE2D_DESC description =
+        bgraTexture(static_cast<UINT>(width), static_cast<UINT>(height), kTargetAndSource);
     if (FAILED(device->CreateTexture2D(&description, nullptr, m_sceneTexture.put()))) return;
     if (FAILED(device->CreateRenderTargetView(m_sceneTexture.get(), nullptr, sceneRTV.put()))) return;
     device->CreateShaderResourceView(m_sceneTexture.get(), nullptr, sceneSRV.put());

@@ -8,6 +8,7 @@
 #include "views/quad_geometry_win.h"
 #include "views/render_surface_win.h"
 #include "views/shader_text_win.h"
+#include "views/texture_shape_win.h"
 
 namespace varnelo {
 
@@ -150,14 +151,7 @@ bool TextInk::createTexture(UINT width, UINT height) {
     inkView.reset();
     inkWidth = inkHeight = 0;
 
-    D3D11_TEXTURE2D_DESC description{};
-    description.Width = width;
-    description.Height = height;
-    description.MipLevels = description.ArraySize = 1;
-    description.Format = DXGI_FORMAT_B8G8R8A8_UNORM;
-    description.SampleDesc.Count = 1;
-    description.Usage = D3D11_USAGE_DEFAULT;
-    description.BindFlags = D3D11_BIND_RENDER_TARGET | D3D11_BIND_SHADER_RESOURCE;
+    const D3D11_TEXTURE2D_DESC description = bgraTexture(width, height, kTargetAndSource);
     ComRef<ID3D11Texture2D> texture;
     ComRef<IDXGISurface> surface;
     if (FAILED(render.device->CreateTexture2D(&description, nullptr, texture.put())) ||

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "views/render_surface_win.h"
+#include "views/texture_shape_win.h"
 
 namespace varnelo {
 
@@ -139,14 +140,8 @@ ID3D11RenderTargetView* TextPictures::pageTarget(const PicturePlace& place) {
         return texture.target.get();
     }
     texture = {};
-    D3D11_TEXTURE2D_DESC description{};
-    description.Width = static_cast<UINT>(page.width());
-    description.Height = static_cast<UINT>(page.height());
-    description.MipLevels = description.ArraySize = 1;
-    description.Format = DXGI_FORMAT_B8G8R8A8_UNORM;
-    description.SampleDesc.Count = 1;
-    description.Usage = D3D11_USAGE_DEFAULT;
-    description.BindFlags = D3D11_BIND_RENDER_TARGET | D3D11_BIND_SHADER_RESOURCE;
+    const D3D11_TEXTURE2D_DESC description =
+        bgraTexture(static_cast<UINT>(page.width()), static_cast<UINT>(page.height()), kTargetAndSource);
     ComRef<ID3D11Texture2D> created;
     if (FAILED(render.device->CreateTexture2D(&description, nullptr, created.put())) ||
         FAILED(render.device->CreateRenderTargetView(created.get(), nullptr, texture.target.put())) ||

@@ -10,6 +10,7 @@
 #include "app/logger.h"
 #include "platform/com_apartment.h"
 #include "platform/text.h"
+#include "views/texture_shape_win.h"
 
 namespace varnelo {
 
@@ -109,15 +110,7 @@ bool loadTexture(ID3D11Device* device, const std::wstring& path, UINT width, UIN
     Pixels pixels;
     if (!device || !decodePixels(path, width, height, pixels)) return false;
 
-    D3D11_TEXTURE2D_DESC description{};
-    description.Width = width;
-    description.Height = height;
-    description.MipLevels = 1;
-    description.ArraySize = 1;
-    description.Format = DXGI_FORMAT_B8G8R8A8_UNORM;
-    description.SampleDesc.Count = 1;
-    description.Usage = D3D11_USAGE_DEFAULT;
-    description.BindFlags = D3D11_BIND_SHADER_RESOURCE;
+    const D3D11_TEXTURE2D_DESC description = bgraTexture(width, height, D3D11_BIND_SHADER_RESOURCE);
     D3D11_SUBRESOURCE_DATA data{};
     data.pSysMem = pixels.bytes.get();
     data.SysMemPitch = pixels.stride;
