@@ -60,6 +60,15 @@ TEST_F(GridContentTest, TheFirstItemWithAGroupMakesThePaneGrouped) {
     EXPECT_TRUE(grid.groups.empty());
 }
 
+TEST_F(GridContentTest, BesideTheFirstGroupItemsWithoutOneAreNoLongerSeen) {
+    givenItems({L"a"});
+    frame();
+    ASSERT_EQ(visibleNames(), (Words{L"a"}));
+    grid.addEntry(item(L"b", cluster(L"G")));
+    settle();
+    EXPECT_EQ(visibleNames(), (Words{L"b"}));
+}
+
 TEST_F(GridContentTest, ANewGroupSlidesOpen) {
     givenGroups({{L"G", 3}});
     settle();

@@ -90,11 +90,21 @@ TEST_F(GridDragTest, InAFlatPaneTheCursorCountsFromTheCornerOfTheClientArea) {
     EXPECT_EQ(cellNames(), (Words{L"b", L"a", L"c", L"d"}));
 }
 
+TEST_F(GridDragTest, InAFlatPaneTheRowCountsFromTheTopOfTheClientArea) {
+    givenPane(4 * kCellWidth + 30, 400, 0, kCellHeight);
+    givenItems({L"a", L"b", L"c", L"d", L"e", L"f"});
+    frame();
+    takeHoldOf(L"a");  // it stands at index 0, but one row down
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"d", L"e", L"a", L"f"}));
+}
+
 TEST_F(GridDragTest, AnIndexOutOfRangeEndsAFlatMoveWithoutAnyChange) {
     givenFlat();
     takeHoldOf(L"a");
     dragOver(L"c");
     drag(200, 390);
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"a", L"d", L"e", L"f"}));
+    drag(cell(L"c").targetX + kCellWidth + 47, cell(L"e").targetY + 20);  // one behind the last
     EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"a", L"d", L"e", L"f"}));
     EXPECT_TRUE(grid.cellDragActive);
     drag(-5000, -5000);
@@ -110,12 +120,31 @@ TEST_F(GridDragTest, AllSelectedCellsAreDraggedByTheIconOfOne) {
     EXPECT_TRUE(cell(L"b").dragged);
     EXPECT_FALSE(cell(L"c").dragged);
     dragOver(L"e");
-    dragOver(L"e");
     release();
-    Words names = cellNames();
-    std::sort(names.begin(), names.end());
-    EXPECT_EQ(names, (Words{L"a", L"b", L"c", L"d", L"e", L"f"}));
-    EXPECT_EQ(cellNames()[0], L"c");
+    EXPECT_EQ(cellNames(), (Words{L"c", L"d", L"e", L"a", L"b", L"f"}));
+}
+
+// One after the other to the index under the cursor, so the last of them ends there.
+TEST_F(GridDragTest, InAFlatPaneTheDraggedCellsMoveInTheirOrderInThePane) {
+    givenFlat();
+    clickOn(L"a");
+    ctrlClickOn(L"e");
+    takeHoldOf(L"a");
+    EXPECT_EQ(cellNames(), (Words{L"e", L"a", L"b", L"c", L"d", L"f"}));
+    EXPECT_EQ(grid.pressedIndex, indexOf(L"a"));
+    EXPECT_EQ(grid.hoverIndex, indexOf(L"a"));
+    drag(cell(L"a").targetX + kCellWidth / 2, cell(L"a").targetY + 20);
+    EXPECT_EQ(cellNames(), (Words{L"e", L"a", L"b", L"c", L"d", L"f"}));
+    dragOver(L"d");
+    EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"d", L"e", L"a", L"f"}));
+}
+
+TEST_F(GridDragTest, WhereNothingCanBeSelectedThePressedCellIsDragged) {
+    givenFlat();
+    grid.selectable = false;
+    takeHoldOf(L"a");
+    EXPECT_TRUE(cell(L"a").dragged);
+    EXPECT_TRUE(grid.cellDragActive);
 }
 
 TEST_F(GridDragTest, TheHoverAndThePressFollowACellThatMoves) {
@@ -152,6 +181,29 @@ TEST_F(GridDragTest, FarLeftAndAboveIsTheFirstSlotAndFarBelowTheLast) {
     EXPECT_EQ(orderOf(L"G"), (Words{L"G2", L"G0", L"G1", L"G3"}));
     drag(5000, 5000);
     EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G3", L"G2"}));
+}
+
+TEST_F(GridDragTest, FarToTheRightIsTheLastSlotOfTheRow) {
+    givenPane(4 * kCellWidth + 30, 900);
+    givenGroups({{L"G", 8}});
+    clickHeader(L"G");
+    settle();
+    takeHoldOf(L"G0");
+    drag(5000, cell(L"G0").targetY + 20);
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G3", L"G0", L"G4", L"G5", L"G6", L"G7"}));
+}
+
+TEST_F(GridDragTest, TheRowsOfAGroupCountFromBelowTheGapUnderItsHeader) {
+    givenPane(4 * kCellWidth + 30, 900);
+    givenGroups({{L"G", 8}});
+    clickHeader(L"G");
+    settle();
+    takeHoldOf(L"G0");
+    const float secondRow = group(L"G").y + grid.groupHeaderHeight + grid.groupHeaderGap + kCellHeight;
+    drag(input.cursorX, secondRow - 1);
+    EXPECT_EQ(orderOf(L"G")[0], L"G0");
+    drag(input.cursorX, secondRow + 1);
+    EXPECT_EQ(orderOf(L"G")[4], L"G0");
 }
 
 TEST_F(GridDragTest, SeveralDraggedCellsOfAGroupKeepTheirOrder) {

@@ -155,6 +155,9 @@ TEST_F(GridHitTest, AnIconIsTakenHoldOfInTheWholePixelsOfItsTarget) {
     EXPECT_TRUE(held(82, 68));  // 34.7 + 48 and 68.6, both cut
     EXPECT_FALSE(held(82.5f, 68));
     EXPECT_FALSE(held(82, 68.5f));
+    grid.iconSize = 48.8f;
+    EXPECT_TRUE(held(83, 69));  // 83.9 and 69.4: the far edges are cut on their own
+    EXPECT_FALSE(held(83.5f, 69));
 }
 
 }  // namespace

@@ -172,6 +172,17 @@ TEST_F(GridKeysTest, AMatchWellInsideOfThePaneDoesNotScroll) {
     EXPECT_EQ(grid.scrollY, 100);
 }
 
+TEST_F(GridKeysTest, AMatchExactlyAtAMarginDoesNotScroll) {
+    givenPane(10 + kCellWidth, 500);
+    givenItems({L"a"});
+    grid.scrollY = 100;
+    grid.cells[0].targetY = 100 + 10 + kCellHeight;
+    EXPECT_FALSE(scrollTo(grid, 0));
+    grid.cells[0].targetY = 100 + 500 - 10 - kCellHeight;
+    EXPECT_FALSE(scrollTo(grid, 0));
+    EXPECT_EQ(grid.scrollY, 100);
+}
+
 TEST_F(GridKeysTest, CtrlCCopiesTheSelectedItems) {
     givenItems({L"a", L"b", L"c"});
     grid.cells[0].selected = grid.cells[2].selected = true;

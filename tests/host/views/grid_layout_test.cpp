@@ -33,6 +33,14 @@ TEST_F(GridLayoutTest, APaneNarrowerThanACellHasOneColumn) {
     EXPECT_EQ(cell(L"b").targetY, 10 + kCellHeight);
 }
 
+TEST_F(GridLayoutTest, TheMarginIsNoPartOfAColumn) {
+    givenPane(2 * kCellWidth + 9, 300);
+    givenItems({L"a", L"b"});
+    EXPECT_EQ(grid.columns, 1);
+    givenPane(2 * kCellWidth + 10, 300);
+    EXPECT_EQ(grid.columns, 2);
+}
+
 TEST_F(GridLayoutTest, SnappingWidensANarrowPaneToOneCellAndItsMargin) {
     ViewRect rect{0, 0, 30, 300};
     grid.setViewRect(rect, true, 0);
@@ -51,6 +59,14 @@ TEST_F(GridLayoutTest, APaneAnchoredAtTheRightKeepsItsRightEdgeWhenItSnaps) {
     grid.setViewRect(rect, true, 1);
     EXPECT_EQ(rect.w, 5 * kCellWidth + 10);
     EXPECT_EQ(rect.x + rect.w, 530);
+}
+
+TEST_F(GridLayoutTest, AnyOtherAnchorIsTheLeftEdge) {
+    for (const int anchor : {0, 2, -1}) {
+        ViewRect rect{50, 0, 500, 300};
+        grid.setViewRect(rect, true, anchor);
+        EXPECT_EQ(rect, (ViewRect{50, 0, 5 * kCellWidth + 10, 300}));
+    }
 }
 
 TEST_F(GridLayoutTest, WithoutSnappingTheRectangleStaysAsItIs) {

@@ -51,6 +51,13 @@ TEST_F(GridOrderTest, ACellStoredWithinTheTimeoutStandsAtItsSlot) {
     EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G3", L"G0", L"G4"}));
 }
 
+TEST_F(GridOrderTest, TheFirstSlotIsAPlaceLikeAnyOther) {
+    givenGroups({{L"G", 3}});
+    givenSlot(L"G2", 0, 1);
+    reorder();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G2", L"G0", L"G1"}));
+}
+
 TEST_F(GridOrderTest, AtThreeTimeoutsACellStandsHalfwayBetweenItsSlotAndItsNaturalPlace) {
     givenGroups({{L"G", 5}});
     givenSlot(L"G0", 4, 90);
@@ -207,6 +214,15 @@ TEST_F(GridOrderTest, UsageFadesWithATimeConstantOfThirtyDaysAndAddsUp) {
     data(L"G1").timestamp = clock.unixTime;
     data(L"G2").timestamp = 0;  // never used
     EXPECT_NEAR(usageScore(group(L"G"), grid.cells, clock.unixTime), 1 + std::exp(-1.0), 1e-9);
+}
+
+TEST_F(GridOrderTest, WhatWasNeverUsedAddsNothing) {
+    givenItems({L"a", L"b"});
+    IconGroup both;
+    both.cells = {0, 1};
+    EXPECT_EQ(usageScore(both, grid.cells, 1000), 0);
+    data(L"b").timestamp = 1000;
+    EXPECT_EQ(usageScore(both, grid.cells, 1000), 1);
 }
 
 TEST_F(GridOrderTest, ManyUsesLongAgoCanOutweighOneToday) {

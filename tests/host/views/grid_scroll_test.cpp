@@ -94,6 +94,17 @@ TEST_F(GridScrollTest, TheBarStaysWhileTheCursorIsOnIt) {
     EXPECT_LE(grid.scrollBarAlpha, 0.001f);
 }
 
+TEST_F(GridScrollTest, TheBarStaysWhileItsThumbIsDragged) {
+    grid.scrollBarDragging = true;
+    grid.scrollBarHovered = false;
+    grid.scrollBarAlphaTarget = 1;
+    EXPECT_TRUE(fadeScrollBar(grid, grid.lastScrollActivity + 5, kFrame));
+    EXPECT_EQ(grid.scrollBarAlphaTarget, 1);
+    grid.scrollBarDragging = false;
+    fadeScrollBar(grid, grid.lastScrollActivity + 5, kFrame);
+    EXPECT_EQ(grid.scrollBarAlphaTarget, 0);
+}
+
 TEST_F(GridScrollTest, TheBarStaysForASecondAfterTheLastActivity) {
     hover(right() - 5, 100);
     frames(30);
@@ -105,6 +116,28 @@ TEST_F(GridScrollTest, TheBarStaysForASecondAfterTheLastActivity) {
     clock.steady = grid.lastScrollActivity + 1.01;
     grid.update();
     EXPECT_EQ(grid.scrollBarAlphaTarget, 0);
+}
+
+TEST_F(GridScrollTest, TheBarStaysForASecondAfterEitherKindOfActivity) {
+    const auto targetAfter = [&](double scrollAge, double wheelAge) {
+        grid.scrollBarAlphaTarget = 1;
+        grid.lastScrollActivity = clock.steady - scrollAge;
+        grid.lastWheelActivity = clock.steady - wheelAge;
+        fadeScrollBar(grid, clock.steady, kFrame);
+        return grid.scrollBarAlphaTarget;
+    };
+    EXPECT_EQ(targetAfter(0.5, 5), 1);
+    EXPECT_EQ(targetAfter(5, 0.5), 1);
+    EXPECT_EQ(targetAfter(5, 5), 0);
+}
+
+TEST_F(GridScrollTest, ASpeedOrAFadeThatIsStillToComeNeedsAFrame) {
+    EXPECT_FALSE(fadeScrollBar(grid, clock.steady, 0));
+    grid.scrollVelocity = -5;
+    EXPECT_TRUE(fadeScrollBar(grid, clock.steady, 0));
+    grid.scrollVelocity = 0;
+    grid.scrollBarAlphaTarget = 1;
+    EXPECT_TRUE(fadeScrollBar(grid, clock.steady, 0));
 }
 
 TEST_F(GridScrollTest, TheThumbIsTheShareOfTheContentThatIsSeen) {
@@ -126,6 +159,37 @@ TEST_F(GridScrollTest, NoBarWhenAllFits) {
     givenItems({L"a"});
     EXPECT_FALSE(scrollThumb(grid));
     EXPECT_FALSE(onScrollBar(grid, right() - 5, 100));
+    grid.contentHeight = visibleHeight(grid);
+    EXPECT_FALSE(scrollThumb(grid));
+}
+
+TEST_F(GridScrollTest, ContentALittleHigherThanThePaneMovesTheThumbToItsEnd) {
+    grid.contentHeight = visibleHeight(grid) + 1.5f;
+    grid.scrollY = 1.5f;
+    EXPECT_FLOAT_EQ(scrollThumb(grid)->top, scrollThumb(grid)->track);
+}
+
+TEST_F(GridScrollTest, BothEdgesBelongToTheThumb) {
+    const float end = scrollThumb(grid)->height;
+    for (const float edge : {0.0f, end}) {
+        pressScrollBar(grid, grid.viewRect.y + edge);
+        EXPECT_TRUE(grid.scrollBarDragging) << edge;
+        EXPECT_EQ(grid.scrollBarGrabY, edge);
+        grid.scrollBarDragging = false;
+    }
+    pressScrollBar(grid, grid.viewRect.y + end + 0.5f);
+    EXPECT_FALSE(grid.scrollBarDragging);
+}
+
+TEST_F(GridScrollTest, InAListTheThumbFollowsTheCursorFromBelowTheHeader) {
+    grid.layoutMode = LayoutMode::List;
+    frame();
+    pressScrollBar(grid, grid.viewRect.y + 26 + 5);
+    ASSERT_TRUE(grid.scrollBarDragging);
+    dragThumb(grid, grid.viewRect.y + 26 + 5);
+    EXPECT_EQ(grid.scrollY, 0);
+    dragThumb(grid, grid.viewRect.y + 26 + 5 + scrollThumb(grid)->track);
+    EXPECT_FLOAT_EQ(grid.scrollY, maxScroll(grid));
 }
 
 TEST_F(GridScrollTest, InAListTheTrackBeginsBelowTheHeader) {
