@@ -109,6 +109,45 @@ TEST_F(RenderSurfaceTest, AResizeLetsTheViewsGoFirstAndTellsThemLast) {
     EXPECT_EQ(window.surface.width, 50);
 }
 
+TEST_F(RenderSurfaceTest, AResizeThatTheSwapChainRefusesIsLoggedAndGoesOn) {
+    struct Holder : DeviceTargets {
+        void releaseTargets() override { window.surface.releaseTargets(); }
+        void onResized(IDXGISurface* buffer, UINT width, UINT height) override {
+            window.surface.onResized(buffer, width, height);
+        }
+        SurfaceWindow window{kWidth, kHeight};
+    };
+    Holder holder;
+    ComRef<ID3D11Texture2D> held;  // a swap chain with a buffer in use keeps its size
+    holder.window.layer.swapChain->GetBuffer(0, IID_PPV_ARGS(held.put()));
+    const LogCapture log;
+    holder.window.layer.resize(130, 70, holder);
+    expectLines(log.lines(), {L"[INFO] Resize started: 130x70", L"[ERROR] SwapChain ResizeBuffers failed",
+                              L"[INFO] Resize completed"});
+    EXPECT_TRUE(holder.window.layer.backBufferView);
+    EXPECT_TRUE(holder.window.surface.d2dRT);
+}
+
+TEST_F(RenderSurfaceTest, TheWallpaperIsMixedByTheBlendStateOfTheDrawBefore) {
+    SurfaceWindow window(kWidth, kHeight);
+    window.surface.backgroundSRV = window.upload(Picture(kWidth, kHeight, {1, 1, 1, 0.5F}));
+    window.layer.context->OMSetBlendState(nullptr, nullptr, 0xFFFFFFFF);
+    EXPECT_EQ(frameOf(window).at(20, 20).r, 1);
+    window.base.bindQuad();
+    EXPECT_NEAR(frameOf(window).at(20, 20).r, 0.5F, 0.01F);
+}
+
+TEST_F(RenderSurfaceTest, AScenePassWithoutDirect2DDrawsNoViewsAndGivesTheTargetBack) {
+    SurfaceWindow window(kWidth, kHeight);
+    window.surface.d2dFactory.reset();
+    bool called = false;
+    window.surface.renderScene([&] { called = true; });
+    EXPECT_FALSE(called);
+    ComRef<ID3D11RenderTargetView> bound;
+    window.layer.context->OMGetRenderTargets(1, bound.put(), nullptr);
+    EXPECT_EQ(bound.get(), window.layer.backBufferView.get());
+}
+
 TEST_F(RenderSurfaceTest, TheScenePassDrawsTheWallpaperAndGivesTheTargetBack) {
     const WallpaperSetting setting(file(L"green.bmp", bitmap(green(), green())));
     SurfaceWindow window(kWidth, kHeight);
