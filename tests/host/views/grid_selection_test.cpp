@@ -97,6 +97,26 @@ TEST_F(GridSelectionTest, TheLassoMustOverlapACellAndNotOnlyTouchItsEdge) {
     EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
 }
 
+TEST_F(GridSelectionTest, NoEdgeOfACellsBoxBelongsToItForTheLasso) {
+    std::vector<IconCell> cells(1);
+    cells[0].visible = true;
+    cells[0].x = cells[0].y = 100;
+    const auto hit = [&](float x1, float y1, float x2, float y2) {
+        LassoSelector lasso;
+        lasso.begin(x1, y1, cells);
+        lasso.update(x2, y2, false, 94, 96, cells);
+        return static_cast<bool>(cells[0].selected);
+    };
+    EXPECT_FALSE(hit(0, 120, 100, 130));
+    EXPECT_TRUE(hit(0, 120, 100.5f, 130));
+    EXPECT_FALSE(hit(194, 120, 300, 130));
+    EXPECT_TRUE(hit(193.5f, 120, 300, 130));
+    EXPECT_FALSE(hit(120, 0, 130, 100));
+    EXPECT_TRUE(hit(120, 0, 130, 100.5f));
+    EXPECT_FALSE(hit(120, 196, 130, 300));
+    EXPECT_TRUE(hit(120, 195.5f, 130, 300));
+}
+
 TEST_F(GridSelectionTest, TheLassoWithCtrlTurnsOverWhatWasSelectedAtItsStart) {
     clickOn(L"e");
     ctrlClickOn(L"h");

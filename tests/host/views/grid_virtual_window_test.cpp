@@ -42,6 +42,14 @@ TEST_F(GridVirtualTest, TheWindowFollowsTheScrollPosition) {
     EXPECT_EQ(grid.asked.size(), 40u);  // both windows asked for their icons
 }
 
+TEST_F(GridVirtualTest, TheMarginAboveTheFirstRowDelaysTheWindow) {
+    givenSource(1000);
+    scrollTo(2 * kCellHeight + 9);
+    EXPECT_EQ(grid.windowFirst, 0u);
+    scrollTo(2 * kCellHeight + 10);
+    EXPECT_EQ(grid.windowFirst, 4u);
+}
+
 TEST_F(GridVirtualTest, AWindowThatDoesNotMoveIsNotAskedAgain) {
     int calls = 0;
     grid.setVirtualSource(1000, [&](std::uint64_t first, std::uint64_t count) {

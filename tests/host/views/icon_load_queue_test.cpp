@@ -75,6 +75,15 @@ TEST_F(IconLoadTest, MisplacedIconsAreToldWhenTheLastOpenLoadHasComeIn) {
     EXPECT_EQ(queue.deliver(cells), Delivery::Misplaced);
 }
 
+TEST_F(IconLoadTest, AMisplacedIconIsToldWhateverComesInBesideIt) {
+    const auto old = queue.begin(0);
+    queue.cellsShifted();
+    const auto current = queue.begin(1);
+    queue.finish(old, someTexture());
+    queue.finish(current, someTexture());
+    EXPECT_EQ(queue.deliver(cells), Delivery::Misplaced);
+}
+
 class GridIconTest : public GridTest {
 protected:
     void finishAll(const std::vector<IconLoadQueue::Load>& loads,

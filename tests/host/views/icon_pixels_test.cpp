@@ -23,6 +23,10 @@ TEST(IconPixels, AnOldIconTakesItsAlphaFromTheMask) {
     EXPECT_EQ(withMask({0x112233, 0x445566}, {0x000000, 0xFFFFFF}), (Pixels{0xFF112233, 0x00445566}));
 }
 
+TEST(IconPixels, OnlyTheColourOfAMaskCounts) {
+    EXPECT_EQ(withMask({0x112233, 0x445566}, {0xFF000000, 0xFFFFFFFF}), (Pixels{0xFF112233, 0x00445566}));
+}
+
 TEST(IconPixels, AnOldIconWithoutAMaskIsOpaque) {
     EXPECT_EQ(withMask({0x112233, 0}, {}), (Pixels{0xFF112233, 0xFF000000}));
 }

@@ -61,6 +61,8 @@ TEST_F(PictureShelfTest, SlotsDoNotOverlapAndLieOnTheirPage) {
 TEST_F(PictureShelfTest, ASlotIsAtLeastAsLargeAsItsPicture) {
     const PicturePlace& at = shelf.place(kLabel, L"wide", {0, 0, 500, 20}, {64, 64});
     EXPECT_GE(shelf.page(at.page).slot.width, 500);
+    const PicturePlace& tall = shelf.place(kLabel, L"tall", {0, 0, 60, 90}, {64, 64});
+    EXPECT_GE(shelf.page(tall.page).slot.height, 90);
 }
 
 TEST_F(PictureShelfTest, APictureWiderThanAPageHasAPageOfItsOwn) {
@@ -87,6 +89,16 @@ TEST_F(PictureShelfTest, APictureOfThisFrameNeverGivesWay) {
     shelf.beginFrame();
     place(L"next frame");
     EXPECT_EQ(shelf.pictureCount(), PictureShelf::kMaxPictures);
+}
+
+TEST_F(PictureShelfTest, APictureAskedForInThisFrameNeverGivesWayEither) {
+    const int all = static_cast<int>(PictureShelf::kMaxPictures);
+    placeMany(all);
+    shelf.beginFrame();
+    for (int i = 0; i < all; ++i) EXPECT_TRUE(has(L"n" + std::to_wstring(i)));
+    place(L"new");
+    EXPECT_TRUE(has(L"n0"));
+    EXPECT_EQ(shelf.pictureCount(), PictureShelf::kMaxPictures + 1);
 }
 
 TEST_F(PictureShelfTest, FreedSlotsAreUsedAgainBeforeANewPage) {
