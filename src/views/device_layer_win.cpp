@@ -86,7 +86,7 @@ void DeviceLayer::resize(UINT width, UINT height, DeviceTargets& targets) {
     // Released objects live on until the context has let go of them, and ResizeBuffers refuses while one
     // does.
     context->Flush();
-    if (FAILED(swapChain->ResizeBuffers(0, width, height, DXGI_FORMAT_UNKNOWN, 0)))
+    if (FAILED(noteLoss(swapChain->ResizeBuffers(0, width, height, DXGI_FORMAT_UNKNOWN, 0))))
         logError(L"SwapChain ResizeBuffers failed");
 
     const ComRef<IDXGISurface> surface = resizedBackBuffer();
@@ -122,7 +122,13 @@ void DeviceLayer::clear() {
 }
 
 void DeviceLayer::present() {
-    if (swapChain) swapChain->Present(1, 0);
+    if (swapChain) noteLoss(swapChain->Present(1, 0));
+}
+
+HRESULT DeviceLayer::noteLoss(HRESULT result) {
+    if (callsBeforeLoss >= 0 && callsBeforeLoss-- == 0) result = DXGI_ERROR_DEVICE_REMOVED;
+    if (result == DXGI_ERROR_DEVICE_REMOVED || result == DXGI_ERROR_DEVICE_RESET) lost = true;
+    return result;
 }
 
 void DeviceLayer::shutdown() {
@@ -136,6 +142,7 @@ void DeviceLayer::shutdown() {
     if (context) context->Flush();
     context.reset();
     device.reset();
+    lost = false;
     logInfo(L"Direct3D 11 shutdown completed");
 }
 

@@ -31,7 +31,14 @@ public:
     void clear();
     // Waits for one vertical blank.
     void present();
+    // The device was taken away (a driver that was restarted or replaced, the end of a remote session). All
+    // that was made from it is worth nothing; shutdown() and initD3D() give another one.
+    bool isLost() const { return lost; }
     void shutdown();
+
+    // How many more calls of Present and ResizeBuffers succeed before one tells that the device is lost;
+    // negative: nothing is feigned. For tests.
+    int callsBeforeLoss = -1;
 
     ComRef<ID3D11Device> device;
     ComRef<ID3D11DeviceContext> context;
@@ -46,6 +53,9 @@ private:
     ComRef<IDXGISurface> resizedBackBuffer();
     void bindBackBuffer();
     void setViewport(UINT width, UINT height);
+    HRESULT noteLoss(HRESULT result);
+
+    bool lost = false;
 };
 
 }  // namespace varnelo

@@ -93,6 +93,8 @@ public:
     void finishIconLoad(const IconLoadQueue::Load& load, std::shared_ptr<IconTexture> texture) {
         loads.finish(load, std::move(texture));
     }
+    // What the loads begun so far bring is dropped.
+    void dropOpenLoads() { loads.dropOpenLoads(); }
     // Finishes what is queued and joins the workers. Called by the destructor of a derived class, before the
     // members that its load tasks use are gone.
     void stopIconWorker() { iconWorker.stop(); }

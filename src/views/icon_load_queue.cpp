@@ -16,6 +16,8 @@ void IconLoadQueue::finish(const Load& load, std::shared_ptr<IconTexture> textur
 
 void IconLoadQueue::cellsShifted() { ++generation; }
 
+void IconLoadQueue::dropOpenLoads() { firstWorth = ++generation; }
+
 IconLoadQueue::Delivery IconLoadQueue::deliver(std::vector<IconCell>& cells) {
     {
         const std::lock_guard lock(mutex);
@@ -25,7 +27,7 @@ IconLoadQueue::Delivery IconLoadQueue::deliver(std::vector<IconCell>& cells) {
     for (Result& result : taken) {
         --open;
         misplaced |= result.load.generation != generation;
-        if (!result.texture || result.load.index < 0) continue;
+        if (!result.texture || result.load.index < 0 || result.load.generation < firstWorth) continue;
         const auto index = static_cast<std::size_t>(result.load.index);
         if (index >= cells.size()) continue;
         cells[index].texture = std::move(result.texture);

@@ -28,6 +28,9 @@ public:
     void finish(const Load& load, std::shared_ptr<IconTexture> texture);
     // Owner's thread: cells were removed, moved or replaced, so that an index may mean another cell.
     void cellsShifted();
+    // Owner's thread: the textures of all loads begun so far are worth nothing, as when the device is gone.
+    // They are dropped when they come.
+    void dropOpenLoads();
 
     enum class Delivery { Settled, Misplaced };
     // Owner's thread: gives each finished texture to the cell at its index and sets the cell's scale to 1; an
@@ -47,7 +50,8 @@ private:
     // Owner's thread only.
     std::vector<Result> taken;  // kept for its memory
     std::uint64_t generation = 0;
-    std::uint64_t open = 0;  // begun and not delivered
+    std::uint64_t firstWorth = 0;  // results of older generations are dropped
+    std::uint64_t open = 0;        // begun and not delivered
     bool misplaced = false;
 };
 

@@ -103,17 +103,32 @@ int imageIndexOf(const ItemIdList& item) {
 
 bool IconLoader::init(ID3D11Device* graphicsDevice) {
     release();
-    device = ComRef<ID3D11Device>(graphicsDevice);
+    setDevice(graphicsDevice);
     SHGetImageList(SHIL_EXTRALARGE, __uuidof(IImageList), extraLarge.putVoid());
     SHGetImageList(SHIL_JUMBO, __uuidof(IImageList), jumbo.putVoid());
     return extraLarge && jumbo;
 }
 
 void IconLoader::release() {
-    cache.clear();
+    setDevice(nullptr);
     extraLarge.reset();
     jumbo.reset();
-    device.reset();
+}
+
+void IconLoader::setDevice(ID3D11Device* graphicsDevice) {
+    std::shared_ptr<Textures> next;
+    if (graphicsDevice) {
+        next = std::make_shared<Textures>();
+        next->device = ComRef<ID3D11Device>(graphicsDevice);
+    }
+    // The old ones end after the lock.
+    const std::lock_guard lock(mutex);
+    textures.swap(next);
+}
+
+std::shared_ptr<IconLoader::Textures> IconLoader::currentTextures() const {
+    const std::lock_guard lock(mutex);
+    return textures;
 }
 
 int IconLoader::iconSize() const {
@@ -128,17 +143,18 @@ std::shared_ptr<IconTexture> IconLoader::load(const ItemIdList& item) {
     // A worker's thread is in an apartment of its own already, and then stays there.
     const ComApartment apartment(ComApartment::Kind::Multi);
     const int index = imageIndexOf(item);
-    if (index < 0) return nullptr;
-    return cache.obtain(index, [&] { return makeTexture(index); });
+    const std::shared_ptr<Textures> now = currentTextures();
+    if (index < 0 || !now) return nullptr;
+    return now->cache.obtain(index, [&] { return makeTexture(now->device.get(), index); });
 }
 
-std::shared_ptr<IconTexture> IconLoader::makeTexture(int imageIndex) {
-    if (!extraLarge || !device) return nullptr;
+std::shared_ptr<IconTexture> IconLoader::makeTexture(ID3D11Device* device, int imageIndex) {
+    if (!extraLarge) return nullptr;
     IconHandle icon;
     if (FAILED(extraLarge->GetIcon(imageIndex, ILD_NORMAL, icon.put())) || !icon) return nullptr;
     const IconImage image = imageOf(icon.get());
     if (image.pixels.empty()) return nullptr;
-    std::shared_ptr<IconTexture> texture = createTexture(device.get(), image);
+    std::shared_ptr<IconTexture> texture = createTexture(device, image);
     if (texture) ++made;
     return texture;
 }

@@ -73,13 +73,27 @@ void IconView::releaseResources() {
     lassoFillBrush.reset();
 }
 
-void IconView::destroy() {
+void IconView::releaseDevice() {
     for (IconCell& cell : cells) cell.texture.reset();
-    folderIdList = {};
+    dropOpenLoads();
     glass.release();
     pictures.release();
     quads.release();
     releaseResources();
+    loader.setDevice(nullptr);
+}
+
+void IconView::restoreDevice() {
+    loader.setDevice(render.device);
+    glass.init();
+    pictures.init();
+    quads.init();
+    reloadAllIcons();
+}
+
+void IconView::destroy() {
+    folderIdList = {};
+    releaseDevice();
     loader.release();
 }
 

@@ -40,6 +40,10 @@ public:
 
     // Before a resize: what belongs to the window's Direct2D target. It comes back with the next draw.
     void releaseResources();
+    // Around the loss of the device: everything made from it goes, and comes again from the new one. The
+    // icons are loaded anew.
+    void releaseDevice();
+    void restoreDevice();
     // Releases every texture and device object. After stopIconWorker().
     void destroy();
     // Ends the pool without starting what is still queued.

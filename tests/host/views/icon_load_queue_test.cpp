@@ -46,6 +46,22 @@ TEST_F(IconLoadTest, AnIndexThatIsGoneDropsTheTexture) {
     EXPECT_EQ(texture.use_count(), 1);
 }
 
+TEST_F(IconLoadTest, WhatWasBegunBeforeTheDeviceWentIsDropped) {
+    const auto early = queue.begin(1);
+    const auto finished = queue.begin(2);
+    const auto texture = someTexture();
+    queue.finish(finished, texture);
+    queue.dropOpenLoads();
+    const auto late = queue.begin(3);
+    const auto other = someTexture();
+    queue.finish(late, other);
+    queue.deliver(cells);
+    queue.finish(early, texture);
+    queue.deliver(cells);
+    EXPECT_EQ(texture.use_count(), 1);
+    EXPECT_EQ(cells[3].texture, other);
+}
+
 TEST_F(IconLoadTest, TheOldTextureIsReleased) {
     const auto old = someTexture();
     cells[0].texture = old;
