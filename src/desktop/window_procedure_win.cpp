@@ -108,6 +108,18 @@ LRESULT onContextMenu(HWND window) {
     return redraw();
 }
 
+LRESULT onKey(HWND window, UINT message, WPARAM wParam) {
+    if (Render* view = viewOf(window)) {
+        view->surface.refreshInput();
+        if (message == WM_CHAR) {
+            view->mainView.onChar(static_cast<wchar_t>(wParam));
+        } else {
+            view->mainView.onKeyDown(static_cast<int>(wParam));
+        }
+    }
+    return redraw();
+}
+
 LRESULT onShellChange(WPARAM wParam, LPARAM lParam) {
     if (!g_state->routedMainRender) return redraw();
     PIDLIST_ABSOLUTE* lists = nullptr;
@@ -155,8 +167,6 @@ LRESULT dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_NCHITTEST:
             return onHitTest(window, wParam, lParam);
-        case WM_CHAR:
-            return redraw();  // no text field takes it
         case WM_SYSCOMMAND:
             return 0;  // the title bar's buttons and the system menu do nothing
         case WM_MOUSEMOVE:
@@ -164,6 +174,11 @@ LRESULT dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONUP:
         case WM_LBUTTONDBLCLK:
             return onMouse(window, message, wParam, lParam);
+        case WM_CHAR:
+        case kMessageKeyDown:
+            return onKey(window, message, wParam);
+        case kMessageKeyUp:
+            return 0;
         case WM_MOUSEWHEEL:
             return onMouseWheel(window, static_cast<short>(HIWORD(wParam)), lParam);
         default:

@@ -1,9 +1,14 @@
+// Building the view, a frame of it, and its end.
+
 #include "views/main_view_win.h"
 
+#include <chrono>
 #include <filesystem>
 
+#include "app/language_table.h"
 #include "app/settings.h"
 #include "platform/known_folders.h"
+#include "views/base_view_win.h"
 #include "views/render_surface_win.h"
 
 namespace varnelo {
@@ -13,6 +18,14 @@ namespace {
 constexpr UINT kMessageRedraw = 0x800B;
 constexpr std::uint32_t kUpdateItem = 0x2000;
 constexpr std::uint32_t kUpdateImage = 0x8000;
+constexpr std::size_t kTaskWorkers = 2;
+constexpr int kRightEdge = 1;                       // the software pane stays glued to it
+constexpr std::chrono::milliseconds kStopLook{50};  // how long a waiting task overlooks the end
+
+// In the order of the menu's rows and of the tabs.
+constexpr const wchar_t* kMenuKeys[] = {L"SETTINGS", L"MONITORS", L"INFO", L"EXIT"};
+constexpr const wchar_t* kTabKeys[] = {L"DESKTOP", L"OVERVIEW", L"SYSTEM", L"SEARCH_TAB"};
+static_assert(std::size(kTabKeys) == MainView::kTabs);
 
 // Without a data folder there is no cache: nothing is read, and saving fails.
 std::wstring cachePath(const wchar_t* fileName) {
@@ -37,121 +50,248 @@ DesktopOrganizer::Dependencies desktopDependencies(const RenderSurface& surface,
 
 }  // namespace
 
-MainView::MainView(RenderSurface& surface, BaseView& baseView, const ViewServices& services)
+MainView::MainView(RenderSurface& surface, BaseView& baseView, const ViewServices& viewServices,
+                   const ViewRole& viewRole)
     : render(surface),
-      desktopOrganizer(desktopDependencies(surface, services)),
-      actions([&surface] { return surface.hWnd; }, services.language, shellCalls),
-      leftPane(
-          {surface.input, services.clock, services.shell, services.settings, services.language, &actions},
-          surface, baseView, TabKind::System),
-      watcher(desktopOrganizer, knownFolder(KnownFolder::Desktop)) {}
+      base(baseView),
+      services(viewServices),
+      role(viewRole),
+      organizers{DesktopOrganizer(desktopDependencies(surface, viewServices))},
+      taskPool(kTaskWorkers, &loadProgress),
+      shellActions([&surface] { return surface.hWnd; }, viewServices.language, shellCalls),
+      fileActions(shellActions),
+      widgets(surface, baseView, viewServices.language),
+      rightPane({surface.input, viewServices.clock, viewServices.shell, viewServices.settings,
+                 viewServices.language, &fileActions},
+                surface, baseView, TabKind::Software),
+      leftPane({surface.input, viewServices.clock, viewServices.shell, viewServices.settings,
+                viewServices.language, &fileActions},
+               surface, baseView, TabKind::System),
+      watcher(organizers.desktop, knownFolder(KnownFolder::Desktop)) {}
 
 MainView::~MainView() = default;
 
 void MainView::init() {
     watcher.start();  // before the desktop is read, so that no change falls between the two
-
     const std::lock_guard lock(paneLock);
-    ViewRect rect = paneRect();
-    leftPane.init(rect, false, 0, true);
-    leftPane.setEntries(desktopOrganizer.rebuild(), TabKind::Desktop);
-    desktopOrganizer.addListener(
+    lastUpdate = services.clock.steadySeconds();
+    loadProgress.onChange = [this] { postRedraw(); };
+    widgets.progressBar.progress = &loadProgress;
+    organizers.desktop.addListener(
         [this](const FileEntry& entry, DesktopOrganizer::Action action) { onDesktopChange(entry, action); });
+
+    initMenu();
+    initTabs();
+    widgets.searchPanel.setReady(false);
+    widgets.init();
+    setTexts();
+    initPanes();
+    activateTab(services.settings.tabIndexFor(role.monitor));
+    widgets.searchPanel.onResized = [this] { layOut(); };
+    initTasks();
 }
 
-// The tab pane has the whole client area.
-ViewRect MainView::paneRect() const { return {0, 0, render.width, render.height}; }
+void MainView::initMenu() {
+    const auto command = [this](std::function<void()> MenuCommands::*which) {
+        return [this, which] {
+            if (const std::function<void()>& run = menuCommands.*which) run();
+        };
+    };
+    widgets.menuBar.addItem({}, command(&MenuCommands::openSettings));
+    widgets.menuBar.addItem({}, command(&MenuCommands::openMonitors));
+    widgets.menuBar.addItem({}, command(&MenuCommands::openInfo));
+    widgets.menuBar.addItem({}, [this] { SendMessageW(render.hWnd, WM_CLOSE, 0, 0); });
+}
+
+void MainView::initTabs() {
+    for (std::int32_t tab = 0; tab < kTabs; ++tab) widgets.tabStrip.addTab({}, [this, tab] { showTab(tab); });
+}
+
+// The saved place of the bar, moved to the edge of a column.
+void MainView::initPanes() {
+    splitter.setArea({0, 0, render.width, render.height});
+    splitter.restore(services.settings.splitterRatioFor(role.monitor));
+    chosenRatio = splitter.ratio();
+    initSoftwarePane();
+    snapToColumns();
+    places = layOutView(layoutInput());
+    ViewRect rect = places.tabPane;
+    leftPane.init(rect, false, 0, true);
+    layOut();
+}
+
+// Once, when the pane shows first.
+void MainView::initSoftwarePane() {
+    if (softwareReady || splitter.softwareHidden()) return;
+    ViewRect rect = splitter.secondRect();
+    rightPane.init(rect, true, kRightEdge, false);
+    softwareReady = true;
+}
+
+// Nothing is loaded by tasks yet, so there is nothing to wait for before a search.
+void MainView::initTasks() {
+    loadProgress.reset();
+    if (role.primary) {
+        role.shared.organizers = &organizers;
+        role.shared.indexPromise.set_value();
+        searchReady = true;
+    } else {
+        initSecondaryTasks();
+    }
+}
+
+// What the primary view loads shows here when it is there.
+void MainView::initSecondaryTasks() {
+    taskPool.enqueue(translated(L"INDEXING_FILES"), [this, indexReady = role.shared.indexReady] {
+        while (indexReady.wait_for(kStopLook) != std::future_status::ready) {
+            if (stopping) return;
+        }
+        searchReady = true;
+    });
+}
+
+void MainView::setTexts() {
+    for (std::size_t row = 0; row < std::size(kMenuKeys); ++row)
+        widgets.menuBar.setLabel(row, translated(kMenuKeys[row]));
+    for (std::size_t tab = 0; tab < std::size(kTabKeys); ++tab)
+        widgets.tabStrip.setLabel(tab, translated(kTabKeys[tab]));
+    widgets.searchPanel.setTexts(translated(L"SEARCH_PLACEHOLDER_FILENAME"),
+                                 translated(L"SEARCH_PLACEHOLDER_CONTENT"));
+}
+
+void MainView::onLanguageChanged() {
+    const std::lock_guard lock(paneLock);
+    setTexts();
+    rightPane.refreshGroupNames();
+    leftPane.refreshGroupNames();
+}
 
 bool MainView::update() {
     // Changes that only the watcher saw; the listener takes the pane's lock for each.
-    if (desktopOrganizer.pendingChanged()) desktopOrganizer.flushPending();
+    if (organizers.desktop.pendingChanged()) organizers.desktop.flushPending();
 
     const std::lock_guard lock(paneLock);
-    const bool animating = leftPane.update();
-    if (leftPane.dirty) {
-        leftPane.dirty = false;
-        desktopOrganizer.saveCache();
+    const float seconds = render.input.deltaTime;
+    const double now = services.clock.steadySeconds();
+    const auto elapsed = static_cast<float>(now - lastUpdate);
+    lastUpdate = now;
+
+    bool moving = false;
+    if (splitter.isAnimating()) {
+        moving |= splitter.advance(seconds);
+        layOut();
     }
-    return animating;
+    if (!splitter.softwareHidden()) moving |= updateSoftwarePane();
+    moving |= leftPane.update();
+    moving |= progressEasing.update(progressFraction(loadProgress), seconds);
+    if (searchReady.exchange(false)) widgets.searchPanel.setReady(true);
+    if (searchVisible) moving |= widgets.searchPanel.update(seconds, elapsed);
+    saveChangedOrder();
+    return moving;
+}
+
+// The setting of the icons' size changes the columns' width, to which the pane is cut.
+bool MainView::updateSoftwarePane() {
+    const bool moving = rightPane.update();
+    if (rightPane.cellWidth != snappedCellWidth && !splitter.isDragging()) {
+        snapToColumns();
+        layOut();
+    }
+    return moving;
 }
 
 void MainView::draw(bool toScene) {
     const std::lock_guard lock(paneLock);
+    if (!splitter.softwareHidden()) rightPane.draw(toScene);
     leftPane.draw(toScene);
+    widgets.draw(splitter, searchVisible, toScene);
 }
 
-void MainView::onMouseDown() {
-    const std::lock_guard lock(paneLock);
-    leftPane.onMouseDown();
+ViewLayoutInput MainView::layoutInput() const {
+    return {render.width,
+            render.height,
+            render.dpiScale,
+            splitter.firstRect(),
+            splitter.secondRect(),
+            searchVisible,
+            widgets.searchPanel.contentRowHeight()};
 }
 
-void MainView::onMouseUp() {
-    const std::lock_guard lock(paneLock);
-    leftPane.onMouseUp();
+void MainView::layOut() {
+    places = layOutView(layoutInput());
+    widgets.place(places);
+    ViewRect placed;
+    leftPane.setViewRect(places.tabPane, false, 0, placed);
+    if (splitter.softwareHidden()) return;
+    initSoftwarePane();
+    rightPane.setViewRect(places.softwarePane, true, kRightEdge, placed);
 }
 
-void MainView::onMouseMove(bool leftButtonDown) {
-    const std::lock_guard lock(paneLock);
-    leftPane.onMouseMove(leftButtonDown);
-}
-
-void MainView::onMouseWheel(float delta) {
-    const std::lock_guard lock(paneLock);
-    leftPane.onMouseWheel(delta);
-}
-
-void MainView::onDoubleClick() {
-    const std::lock_guard lock(paneLock);
-    leftPane.onDoubleClick();
-}
-
-void MainView::onRightClick() {
-    const std::lock_guard lock(paneLock);
-    leftPane.onRightClick();
-}
-
-void MainView::onShellChange(std::uint32_t event, const ItemIdList& first, const ItemIdList& second) {
-    desktopOrganizer.onShellChange(event, first, second);
-    const std::lock_guard lock(paneLock);
-    if (event == kUpdateItem && !first.empty()) leftPane.reloadIcon(first);
-    if (event == kUpdateImage) leftPane.reloadAllIcons();
-}
-
-void MainView::onDesktopChange(const FileEntry& entry, DesktopOrganizer::Action action) {
-    const std::lock_guard lock(paneLock);
-    switch (action) {
-        case DesktopOrganizer::Action::Added:
-            leftPane.addEntry(entry);
-            break;
-        case DesktopOrganizer::Action::Removed:
-            leftPane.removeEntry(entry);
-            break;
-        case DesktopOrganizer::Action::Renamed:
-            leftPane.renameEntry(entry);
-            break;
-        case DesktopOrganizer::Action::Updated:
-            leftPane.updateEntry(entry);
-            break;
-    }
+// The bar rests on the edge of a column, so that the software pane shows whole ones.
+void MainView::snapToColumns() {
+    if (splitter.softwareHidden()) return;
+    ViewRect placed;
+    rightPane.setViewRect(splitter.secondRect(), true, kRightEdge, placed);
+    splitter.snapSecondPart(placed.w);
+    snappedCellWidth = rightPane.cellWidth;
 }
 
 void MainView::releaseTargets() {
     const std::lock_guard lock(paneLock);
+    rightPane.releaseResources();
     leftPane.releaseResources();
+    widgets.releaseTargets();
 }
 
 void MainView::onResized() {
     const std::lock_guard lock(paneLock);
-    ViewRect rect = paneRect();
-    leftPane.setViewRect(rect, false, 0);
+    splitter.setArea({0, 0, render.width, render.height});
+    splitter.restore(chosenRatio);
+    layOut();
+    snapToColumns();
+    layOut();
+}
+
+void MainView::releaseDevice() {
+    const std::lock_guard lock(paneLock);
+    rightPane.releaseDevice();
+    leftPane.releaseDevice();
+    widgets.release();
+}
+
+void MainView::restoreDevice() {
+    const std::lock_guard lock(paneLock);
+    widgets.init();
+    if (softwareReady) rightPane.restoreDevice();
+    leftPane.restoreDevice();
+    layOut();
+}
+
+void MainView::onShellChange(std::uint32_t event, const ItemIdList& first, const ItemIdList& second) {
+    organizers.desktop.onShellChange(event, first, second);
+    const std::lock_guard lock(paneLock);
+    for (IconView* pane : {&leftPane, &rightPane}) {
+        if (event == kUpdateItem && !first.empty()) pane->reloadIcon(first);
+        if (event == kUpdateImage) pane->reloadAllIcons();
+    }
 }
 
 void MainView::shutdown() {
-    watcher.stop();
+    stopping = true;
+    taskPool.stop();
+    rightPane.stopIconWorker();
     leftPane.stopIconWorker();
-    desktopOrganizer.saveCache();
+    watcher.stop();
+    if (role.shared.organizers == &organizers) role.shared.organizers = nullptr;
+    organizers.desktop.saveCache();
     const std::lock_guard lock(paneLock);
+    rightPane.destroy();
     leftPane.destroy();
+    widgets.release();
 }
+
+std::wstring MainView::translated(const wchar_t* key) const { return services.language.translate(key); }
+
+void MainView::postRedraw() const { PostMessageW(render.hWnd, kMessageRedraw, 0, 0); }
 
 }  // namespace varnelo

@@ -1,14 +1,21 @@
 // Everything that one window shows.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <mutex>
+#include <string>
 
-#include "model/desktop_organizer.h"
 #include "model/desktop_watcher_win.h"
+#include "views/deferred_file_actions.h"
 #include "views/icon_view_win.h"
-#include "views/shell_calls_win.h"
+#include "views/load_progress.h"
+#include "views/main_view_widgets_win.h"
+#include "views/organizer_set.h"
 #include "views/shell_file_actions_win.h"
+#include "views/splitter.h"
+#include "views/task_pool.h"
 
 namespace varnelo {
 
@@ -25,18 +32,31 @@ struct ViewServices {
     const ShellNamespace& shell;
     const FileProbe& files;
     const Clock& clock;
-    const Settings& settings;
+    Settings& settings;
     const LanguageTable& language;
 };
 
-// The tab pane with the desktop's items, the organiser behind it, and the lock between the two.
+// Which of the process's views this is.
+struct ViewRole {
+    SharedViews& shared;
+    bool primary = true;
+    int monitor = 0;  // the key of its own settings
+};
+
+// On the left the tabbed area (menu button, tab strip, search panel, the tab's pane), the splitter's bar, on
+// the right the software pane, over all of them the progress bar; and the organisers and tasks that fill
+// them.
+//
 // User-interface thread only, but for the organiser's watcher, which wakes the loop and never touches a pane.
 class MainView {
 public:
-    MainView(RenderSurface& surface, BaseView& baseView, const ViewServices& services);
+    enum Tab : std::int32_t { DesktopTab = 0, OverviewTab = 1, SystemTab = 2, SearchTab = 3 };
+    static constexpr std::int32_t kTabs = 4;
+
+    MainView(RenderSurface& surface, BaseView& baseView, const ViewServices& services, const ViewRole& role);
     ~MainView();
 
-    // Fills the pane. The surface and the base view are ready.
+    // Builds the view and fills it. The surface and the base view are ready.
     void init();
 
     // Hands over what the watcher saw, moves everything on, saves when the order of cells changed. True while
@@ -52,31 +72,120 @@ public:
     void onMouseWheel(float delta);
     void onDoubleClick();
     void onRightClick();
+    void onKeyDown(int virtualKey);
+    void onChar(wchar_t unit);
 
     // A change that the shell reported; `first` and `second` may be empty.
     void onShellChange(std::uint32_t event, const ItemIdList& first, const ItemIdList& second);
+    // The language table has other texts.
+    void onLanguageChanged();
 
-    bool cellDragActive() const { return leftPane.cellDragActive; }
+    bool cellDragActive() const { return leftPane.cellDragActive || rightPane.cellDragActive; }
+    // The loop then wakes in time for the caret.
+    bool caretBlinks() const { return searchVisible && widgets.searchPanel.hasFocus(); }
 
     // Around a change of the surface's size.
     void releaseTargets();
     void onResized();
+    // Around the loss of the device: all that was made from it goes, the content stays and shows again.
+    void releaseDevice();
+    void restoreDevice();
 
-    // Stops the icon workers and the watcher, saves the desktop's cache, destroys the pane.
+    // Stops the tasks, the icon workers and the watcher, saves the caches, destroys the panes.
     void shutdown();
 
+    // What the menu's rows do beside EXIT; an empty one does nothing.
+    struct MenuCommands {
+        std::function<void()> openSettings, openMonitors, openInfo;
+    };
+    MenuCommands menuCommands;
+
+    std::int32_t activeTab() const { return widgets.tabStrip.activeIndex; }
+    const Splitter& splitterBar() const { return splitter; }
+    const ViewLayout& layout() const { return places; }
+    const MenuBar& menu() const { return widgets.menuBar; }
+    const TabStrip& tabs() const { return widgets.tabStrip; }
+    SearchPanel& search() { return widgets.searchPanel; }
+    const IconView& tabPane() const { return leftPane; }
+    const IconView& softwarePane() const { return rightPane; }
+    TaskPool& tasks() { return taskPool; }
+    const WidgetStatistics& widgetStatistics() const { return widgets.made(); }
+
 private:
-    ViewRect paneRect() const;
-    void onDesktopChange(const FileEntry& entry, DesktopOrganizer::Action action);
+    enum class Press { None, MenuButton, OpenMenu, View };
+
+    // All of these expect `paneLock` to be held, but for clickMenu().
+    void initMenu();
+    void initTabs();
+    void initPanes();
+    void initSoftwarePane();
+    void initTasks();
+    void initSecondaryTasks();
+    void setTexts();
+    bool updateSoftwarePane();
+
+    ViewLayoutInput layoutInput() const;
+    void layOut();
+    void snapToColumns();
+
+    // Tabs (main_view_tabs_win.cpp).
+    void activateTab(std::int32_t index);
+    void showTab(std::int32_t tab);
+    void enterSearch();
+    void leaveSearch();
+    void saveTab(std::int32_t tab);
+    void saveChangedOrder();
+    void onDesktopChange(const FileEntry& entry, DesktopOrganizer::Action action);  // takes `paneLock`
+
+    // Mouse (main_view_input_win.cpp).
+    template <class Call>
+    void callPanes(Call call);
+    void pressView();
+    void releaseView();
+    void endSplitterDrag();
+    void clickMenu(Press taken);
+    bool overBar() const;
+    bool overPanel() const;
+    void setSizeCursor() const;
+    float cursorX() const;
+    float cursorY() const;
+
+    std::wstring translated(const wchar_t* key) const;
+    void postRedraw() const;
 
     RenderSurface& render;
-    DesktopOrganizer desktopOrganizer;
+    BaseView& base;
+    const ViewServices services;
+    const ViewRole role;
+    OrganizerSet organizers;
+
+    LoadProgress loadProgress;
+    TaskPool taskPool;
+
     WindowsShellCalls shellCalls;
-    ShellFileActions actions;  // before the panes, which hold it
+    ShellFileActions shellActions;
+    DeferredFileActions fileActions;
+
+    MainViewWidgets widgets;
+    Splitter splitter;
+    ViewLayout places;
+    ProgressEasing progressEasing;
+    bool searchVisible = false;
+    double lastUpdate = 0;                 // steady seconds
+    std::atomic<bool> searchReady{false};  // set by a task, taken up by the next frame
+    std::atomic<bool> stopping{false};
+
+    Press press = Press::None;  // where the button went down that is held
+    std::int32_t pressedTab = -1;
 
     // Taken by every callback that changes a pane, and around a frame; always before an organiser's own lock.
+    // Never held while a menu is open or a file operation runs: they serve messages that may need it.
     std::mutex paneLock;
-    IconView leftPane;  // guarded by paneLock
+    IconView rightPane;          // guarded by paneLock
+    IconView leftPane;           // guarded by paneLock
+    bool softwareReady = false;  // the software pane was shown before, so that it has what it draws with
+    float chosenRatio = 0;       // of the splitter, as the user left it; a window's size does not change it
+    float snappedCellWidth = 0;  // what the software pane's width was cut to
 
     DesktopWatcher watcher;  // last: its thread ends before what it calls is gone
 };

@@ -4,7 +4,8 @@
 
 namespace varnelo {
 
-Render::Render(const ViewServices& services) : baseView(surface), mainView(surface, baseView, services) {}
+Render::Render(const ViewServices& services, const ViewRole& role)
+    : baseView(surface), mainView(surface, baseView, services, role) {}
 
 void Render::init(const std::wstring& dataPath, HWND window, HINSTANCE instance, DeviceLayer& device,
                   IDXGISurface* backBuffer, UINT width, UINT height) {
@@ -40,6 +41,21 @@ void Render::onResized(IDXGISurface* backBuffer, UINT width, UINT height) {
     if (!initialised) return;
     surface.onResized(backBuffer, width, height);
     mainView.onResized();
+}
+
+void Render::releaseDevice() {
+    if (!initialised) return;
+    mainView.releaseDevice();
+    baseView.release();
+    surface.release();
+}
+
+void Render::restoreDevice(DeviceLayer& device, IDXGISurface* backBuffer, UINT width, UINT height) {
+    if (!initialised) return;
+    const std::wstring dataPath = surface.dataPath;
+    surface.init(dataPath, surface.hWnd, surface.hInstance, device, backBuffer, width, height);
+    baseView.init();
+    mainView.restoreDevice();
 }
 
 void Render::onDpiChanged(UINT dpi) {

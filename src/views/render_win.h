@@ -14,8 +14,8 @@ namespace varnelo {
 // no device, init() is not called and every operation does nothing.
 class Render : public DeviceTargets {
 public:
-    // `services` outlive this object.
-    explicit Render(const ViewServices& services);
+    // `services` and what `role` refers to outlive this object.
+    Render(const ViewServices& services, const ViewRole& role);
 
     // Builds everything on `device`, which must stay alive until release(), and logs each step. `backBuffer`
     // is its surface of `width` by `height` pixels.
@@ -30,6 +30,11 @@ public:
 
     void releaseTargets() override;
     void onResized(IDXGISurface* backBuffer, UINT width, UINT height) override;
+
+    // Around the loss of the device: what was made from it is released, and made again from state that the
+    // processor holds. `device` and the arguments are those of init().
+    void releaseDevice();
+    void restoreDevice(DeviceLayer& device, IDXGISurface* backBuffer, UINT width, UINT height);
 
     // The window was told a new DPI; sizes that follow it are laid out again.
     void onDpiChanged(UINT dpi);

@@ -3,7 +3,7 @@ import os
 import time
 import unittest
 
-from layout import Layout
+from layout import Layout, tab_pane
 from stage import GROUND, Hands, Program, Stage
 
 # The virtual items of Wine's desktop. They always are the first group.
@@ -75,7 +75,7 @@ class DesktopCase(unittest.TestCase):
         return picture
 
     def layout(self, opened=None, scroll=0.0, scale=1.0):
-        return Layout(self.program.client, self.groups, opened, scroll, scale)
+        return Layout(tab_pane(self.program.client, scale), self.groups, opened, scroll, scale)
 
     def rest(self):
         return self.program.wait_rest()

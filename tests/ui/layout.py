@@ -9,10 +9,49 @@ HEADER_GAP = 10
 SCROLL_BAR = 10
 BASE_ICON = 48
 
+MENU_ROW = 40  # the row of menu button and tabs
+BAR = 4  # the splitter's bar
+RATIO = 0.7  # of the tabbed area, before the bar moves to the edge of a column
+
+
+def software_width(client, scale=1.0):
+    """The width of the software pane: the whole columns that fit beside the bar of a fresh start."""
+    cell = BASE_ICON * scale + 46
+    room = client.w - client.w * RATIO - BAR / 2
+    columns = max(1, int((room - MARGIN) / cell))
+    return columns * cell + MARGIN
+
+
+def splitter_bar(client, scale=1.0):
+    """The splitter's bar of a fresh start."""
+    left = client.w - software_width(client, scale) - BAR - BAR / 2
+    return Box(round(client.x + left), client.y, BAR, client.h)
+
+
+def tab_pane(client, scale=1.0):
+    """The pane of the tabbed area: left of the bar, below the tabs."""
+    return Box(client.x, client.y + MENU_ROW, splitter_bar(client, scale).x - client.x, client.h - MENU_ROW)
+
+
+def tab(client, index, scale=1.0):
+    """One of the four tabs."""
+    pane = tab_pane(client, scale)
+    width = (pane.w - MENU_ROW) / 4
+    return Box(round(client.x + MENU_ROW + index * width), client.y, int(width), MENU_ROW)
+
+
+def menu_button(client):
+    return Box(client.x, client.y, MENU_ROW, MENU_ROW)
+
+
+def menu_row(client, index):
+    """A row of the open menu, as far as it surely reaches."""
+    return Box(client.x, client.y + MENU_ROW * (index + 1), 60, MENU_ROW)
+
 
 class Layout:
-    """A pane that fills the client area and shows groups in order. `groups` are lists of names; the group `opened` shows
-    all of its rows, every other one its first row."""
+    """A pane that shows groups in order. `client` is the pane's area. `groups` are lists of names; the group `opened`
+    shows all of its rows, every other one its first row."""
 
     def __init__(self, client, groups, opened=None, scroll=0.0, scale=1.0):
         self.client, self.groups, self.opened, self.scroll = client, groups, opened, scroll

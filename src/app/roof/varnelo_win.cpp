@@ -1,6 +1,9 @@
 #include "app/roof/varnelo_win.h"
 
 #include <chrono>
+#include <cwchar>
+#include <iterator>
+#include <optional>
 
 #include "app/crash_guard.h"
 #include "app/language_table.h"
@@ -20,6 +23,9 @@ namespace {
 // Everything that can stand in the queue, pointer and touch input included.
 constexpr DWORD kAnyInput = 0x1CFF;
 
+// How long the loop sleeps while a caret blinks: half of the time between its changes.
+constexpr DWORD kCaretMilliseconds = 265;
+
 std::int64_t steadyNanoseconds() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
@@ -31,6 +37,14 @@ std::wstring loadString(HINSTANCE instance, UINT id) {
     wchar_t text[kUnits];
     const int length = LoadStringW(instance, id, text, kUnits);
     return std::wstring(text, static_cast<std::size_t>(length));
+}
+
+// Tests of the whole program choose with such a number.
+std::optional<int> environmentNumber(const wchar_t* name) {
+    wchar_t text[12];
+    const DWORD length = GetEnvironmentVariableW(name, text, static_cast<DWORD>(std::size(text)));
+    if (length == 0 || length >= std::size(text)) return std::nullopt;
+    return static_cast<int>(std::wcstol(text, nullptr, 10));
 }
 
 }  // namespace
@@ -129,10 +143,12 @@ bool Varnelo::createWindow() {
 }
 
 void Varnelo::initRender(UINT width, UINT height) {
-    render = std::make_unique<Render>(services);
+    sharedViews = {};
+    render = std::make_unique<Render>(services, ViewRole{sharedViews});
     ComRef<IDXGISurface> backBuffer;
     if (!device.initD3D(window.mainWindow, width, height, backBuffer)) return;
     render->init(title, window.mainWindow, instanceHandle, device, backBuffer.get(), width, height);
+    device.callsBeforeLoss = environmentNumber(L"VARNELO_LOSE_DEVICE_AT").value_or(-1);
     logInfo(L"Render system initialized");
     window.width = width;
     window.height = height;
@@ -148,8 +164,9 @@ WPARAM Varnelo::messageLoop() {
         } else if (window.redrawRequested) {
             drawFrame();
         } else {
-            // Every wake-up, by whatever message, costs exactly one frame.
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, INFINITE, kAnyInput);
+            // Every wake-up, by whatever message or for the caret, costs exactly one frame.
+            const DWORD limit = render->mainView.caretBlinks() ? kCaretMilliseconds : INFINITE;
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, limit, kAnyInput);
             window.redrawRequested = true;
         }
     }
@@ -167,6 +184,20 @@ void Varnelo::drawFrame() {
     render->draw();
     device.present();
     if (animating) window.redrawRequested = true;
+    if (device.isLost()) recoverDevice();
+}
+
+// The only place that handles the loss of the device. What is shown comes back from what the processor holds;
+// when there is no new device the window stays undrawn.
+void Varnelo::recoverDevice() {
+    logWarn(L"Direct3D device lost, making it anew");
+    render->releaseDevice();
+    device.shutdown();
+    ComRef<IDXGISurface> backBuffer;
+    if (!device.initD3D(window.mainWindow, window.width, window.height, backBuffer)) return;
+    render->restoreDevice(device, backBuffer.get(), window.width, window.height);
+    logInfo(L"Direct3D device restored");
+    window.redrawRequested = true;
 }
 
 void Varnelo::stopRouting() {

@@ -43,6 +43,7 @@ private:
     WPARAM messageLoop();
     void drawFrame();
     void stopRouting();
+    void recoverDevice();
     void endSession();
     void cleanup();
 
@@ -53,6 +54,7 @@ private:
     const WindowsFileProbe fileProbe;
     const ViewServices services;
     DeviceLayer device;
+    SharedViews sharedViews;
     std::unique_ptr<Render> render;
 
     HINSTANCE instanceHandle = nullptr;
