@@ -191,6 +191,15 @@ TEST_F(GridKeysTest, CtrlCCopiesTheSelectedItems) {
     EXPECT_EQ(actions.done, (Words{L"copy a c", L"cut a c"}));
 }
 
+TEST_F(GridKeysTest, ACutChangesNothingOfTheCutItems) {
+    givenItems({L"a", L"b"});
+    grid.cells[0].selected = true;
+    ctrlKey('X');
+    EXPECT_FALSE(grid.cells[0].dimmed);
+    EXPECT_TRUE(grid.cells[0].selected);
+    EXPECT_EQ(grid.cells.size(), 2u);
+}
+
 TEST_F(GridKeysTest, WithNothingSelectedNothingIsCopiedOrDeleted) {
     givenItems({L"a"});
     ctrlKey('C');

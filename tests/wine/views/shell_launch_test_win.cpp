@@ -162,31 +162,37 @@ TEST_F(RealLaunchTest, ABatchFileIsRunWhereverItLies) {
     }
 }
 
+// The top-level window whose title holds this text; null for none.
+HWND windowTitled(const std::wstring& title) {
+    struct Search {
+        const std::wstring& title;
+        HWND found = nullptr;
+    } search{title};
+    EnumWindows(
+        [](HWND top, LPARAM parameter) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(parameter);
+            wchar_t text[300] = {};
+            GetWindowTextW(top, text, 300);
+            if (std::wstring_view(text).find(wanted.title) != std::wstring_view::npos) wanted.found = top;
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+void expectWindow(const std::wstring& title) {
+    EXPECT_TRUE(becomesTrue([&] { return windowTitled(title) != nullptr; })) << title;
+    if (const HWND opened = windowTitled(title)) {
+        PostMessageW(opened, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(becomesTrue([&] { return !IsWindow(opened); })) << title;
+    }
+}
+
 TEST_F(RealLaunchTest, AFolderOpensInAWindowOfItsOwn) {
-    const auto windowOf = [](const std::wstring& title) {
-        struct Search {
-            std::wstring title;
-            HWND found = nullptr;
-        } search{title};
-        EnumWindows(
-            [](HWND top, LPARAM parameter) -> BOOL {
-                auto& wanted = *reinterpret_cast<Search*>(parameter);
-                wchar_t text[300] = {};
-                GetWindowTextW(top, text, 300);
-                if (std::wstring(text).find(wanted.title) != std::wstring::npos) wanted.found = top;
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    };
     for (const wchar_t* name : {L"00 varnelo plain folder", L"00 varnelo & 100 % folder"}) {
         directory(name);
         actions.launch(entry(item(name)));
-        EXPECT_TRUE(becomesTrue([&] { return windowOf(name) != nullptr; })) << name;
-        if (const HWND opened = windowOf(name)) {
-            PostMessageW(opened, WM_CLOSE, 0, 0);
-            EXPECT_TRUE(becomesTrue([&] { return !IsWindow(opened); }));
-        }
+        expectWindow(name);
     }
 }
 
