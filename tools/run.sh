@@ -5,6 +5,7 @@
 #   --size WxH       size of the desktop window, 1280x800 without it
 #   --wallpaper FILE picture behind the items, one of our own without it
 #   --scale FACTOR   icon scale, a number from 0.5 to 2.0
+#   --dpi N          dots per inch of the desktop, 96 without it
 #   --shot FILE.png  where the picture goes; makes a run with a display use a display of its own as well
 #   --seconds N      closes the program N seconds after it has drawn its items
 #   -- ARGS          more arguments for the program
@@ -18,14 +19,14 @@ set -euo pipefail
 # shellcheck source=tools/xvfb.sh
 . "$varnelo_root/tools/xvfb.sh"
 
-folder='' size=1280x800 shot='' seconds='' scale=''
+folder='' size=1280x800 shot='' seconds='' scale='' dpi=''
 wallpaper=$varnelo_root/resources/wallpapers/dark.jpg
 program=${VARNELO_EXE:-$varnelo_root/build/windows/varnelo.exe}
 window_tool=${VARNELO_WINDOW_TOOL:-$varnelo_root/build/windows/tools/window.exe}
 draw_limit=${VARNELO_DRAW_SECONDS:-60}
 
 usage() {
-    sed -n '4,10s/^# *//p' "${BASH_SOURCE[0]}" >&2
+    sed -n '4,11s/^# *//p' "${BASH_SOURCE[0]}" >&2
     exit 2
 }
 
@@ -41,6 +42,7 @@ while [[ $# -gt 0 ]]; do
         --size) size=$2 ;;
         --wallpaper) wallpaper=$2 ;;
         --scale) scale=$2 ;;
+        --dpi) dpi=$2 ;;
         --shot) shot=$2 ;;
         --seconds) seconds=$2 ;;
         --) shift; break ;;
@@ -129,6 +131,7 @@ if [[ -n $headless ]]; then
 fi
 wine_set_screen "$prefix" "$size" "$wallpaper"
 [[ -z $scale ]] || wine_set_icon_scale "$prefix" "$scale"
+[[ -z $dpi ]] || wine_set_dpi "$prefix" "$dpi"
 if [[ -n $folder ]]; then
     wine_show_folder "$prefix" "$folder"
 else

@@ -202,3 +202,9 @@ REG
     wine_import "$1" "$file"
     rm -f "$file"
 }
+
+# wine_set_dpi PREFIX DPI: one value for all monitors, read when the prefix's server starts anew.
+wine_set_dpi() {
+    wine_quiet "$1" reg.exe add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$2" /f
+    wine_stop "$1"
+}

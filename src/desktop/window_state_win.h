@@ -7,16 +7,11 @@
 #include <functional>
 
 #include "desktop/multi_monitor_manager_win.h"
+#include "views/window_messages_win.h"
 
 namespace varnelo {
 
 class Render;
-
-// Messages posted to a window of the program.
-constexpr UINT kMessageShellChange = 0x800A;  // from the shell: a watched change
-constexpr UINT kMessageRedraw = 0x800B;       // from any thread: wake up and draw one frame
-constexpr UINT kMessageKeyDown = 0x8014;      // wParam: a virtual key that was pressed
-constexpr UINT kMessageKeyUp = 0x8015;
 
 struct WindowState {
     HWND mainWindow = nullptr;

@@ -10,6 +10,7 @@ struct FrameInput {
     float deltaTime = 0;  // seconds since the last frame
     bool ctrlDown = false;
     bool shiftDown = false;
+    bool altDown = false;  // with Ctrl it is AltGr, which makes characters and no commands
 };
 
 }  // namespace varnelo

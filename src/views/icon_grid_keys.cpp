@@ -20,6 +20,7 @@ void IconGridManager::onKeyDown(int virtualKey) {
     if (activeGrid != this) return;
     const bool mayChangeFiles = tabKind != TabKind::Overview;
     const int key = upperLetter(virtualKey);
+    if (services.input.ctrlDown && services.input.altDown) return;
     if (services.input.ctrlDown) {
         if (key == 'C') copySelected(false);
         if (key == 'X' && mayChangeFiles) copySelected(true);

@@ -6,13 +6,12 @@
 #include "views/grid_layout.h"
 #include "views/render_surface_win.h"
 #include "views/shell_list_win.h"
+#include "views/window_messages_win.h"
 
 namespace varnelo {
 
 namespace {
 
-// From any thread: wakes the loop, which draws one frame.
-constexpr UINT kMessageRedraw = 0x800B;
 constexpr int kDefaultIconSize = 48;
 
 }  // namespace

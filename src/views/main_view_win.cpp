@@ -10,12 +10,12 @@
 #include "platform/known_folders.h"
 #include "views/base_view_win.h"
 #include "views/render_surface_win.h"
+#include "views/window_messages_win.h"
 
 namespace varnelo {
 
 namespace {
 
-constexpr UINT kMessageRedraw = 0x800B;
 constexpr std::uint32_t kUpdateItem = 0x2000;
 constexpr std::uint32_t kUpdateImage = 0x8000;
 constexpr std::size_t kTaskWorkers = 2;

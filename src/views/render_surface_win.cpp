@@ -127,13 +127,20 @@ void RenderSurface::createFactories() {
 
 void RenderSurface::createD2DTarget(IDXGISurface* surface, LogResult logResult) {
     d2dRT.reset();
-    if (d2dFactory && surface) {
-        D2D1_RENDER_TARGET_PROPERTIES properties{};
-        properties.pixelFormat = {DXGI_FORMAT_UNKNOWN, D2D1_ALPHA_MODE_PREMULTIPLIED};
-        d2dFactory->CreateDxgiSurfaceRenderTarget(surface, &properties, d2dRT.put());
-    }
+    if (surface) d2dRT = makeTarget(surface, DXGI_FORMAT_UNKNOWN);
     if (logResult == LogResult::Yes) logInfo(formatText(L"  createResources: d2dRT=%p", pointerOf(d2dRT)));
     if (!d2dRT) logError(L"  *** D2D RenderTarget is NULL \u2013 UI will not be drawn! ***");
+}
+
+ComRef<ID2D1RenderTarget> RenderSurface::makeTarget(IDXGISurface* target, DXGI_FORMAT format) const {
+    constexpr float kUnitsAreDots = 96;
+    ComRef<ID2D1RenderTarget> made;
+    D2D1_RENDER_TARGET_PROPERTIES properties{};
+    properties.pixelFormat = {format, D2D1_ALPHA_MODE_PREMULTIPLIED};
+    if (!d2dFactory || FAILED(d2dFactory->CreateDxgiSurfaceRenderTarget(target, &properties, made.put())))
+        return {};
+    made->SetDpi(kUnitsAreDots, kUnitsAreDots);
+    return made;
 }
 
 bool RenderSurface::loadWallpaper() {
@@ -149,6 +156,7 @@ void RenderSurface::refreshInput() {
     }
     input.ctrlDown = keyDown(VK_CONTROL);
     input.shiftDown = keyDown(VK_SHIFT);
+    input.altDown = keyDown(VK_MENU);
 }
 
 void RenderSurface::update(float deltaTime) {
@@ -213,10 +221,8 @@ void RenderSurface::drawScene(const std::function<void()>& drawViews) {
         OutputDebugStringW(L"Failed to get IDXGISurface from m_sceneTexture\n");
         return;
     }
-    D2D1_RENDER_TARGET_PROPERTIES properties{};
-    properties.pixelFormat = {DXGI_FORMAT_B8G8R8A8_UNORM, D2D1_ALPHA_MODE_PREMULTIPLIED};
-    if (!d2dFactory ||
-        FAILED(d2dFactory->CreateDxgiSurfaceRenderTarget(surface.get(), &properties, sceneD2DRT.put()))) {
+    sceneD2DRT = makeTarget(surface.get(), DXGI_FORMAT_B8G8R8A8_UNORM);
+    if (!sceneD2DRT) {
         OutputDebugStringW(L"Failed to create D2D render target from DXGI surface\n");
         return;
     }

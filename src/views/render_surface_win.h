@@ -28,6 +28,9 @@ public:
     void update(float deltaTime);
     // The wallpaper over the whole bound target. Sets no blend state: that of the draw before stays.
     void drawBackground();
+    // A Direct2D target over a surface of the device, one unit a pixel whatever the monitor's DPI; null if it
+    // cannot be made.
+    ComRef<ID2D1RenderTarget> makeTarget(IDXGISurface* target, DXGI_FORMAT format) const;
     // The offscreen scene anew: wallpaper, then what `drawViews` draws while `sceneD2DRT` is set. The bound
     // target is bound again afterwards.
     void renderScene(const std::function<void()>& drawViews);

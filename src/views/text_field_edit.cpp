@@ -101,7 +101,7 @@ void TextField::onKeyDown(int virtualKey) {
             eraseSelectionOr(caretPlace(), nextPlace(content, caretPlace()));
             break;
         default:
-            if (services.input.ctrlDown) controlKey(virtualKey);
+            if (services.input.ctrlDown && !services.input.altDown) controlKey(virtualKey);
     }
 }
 

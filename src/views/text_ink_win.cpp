@@ -159,12 +159,8 @@ bool TextInk::createTexture(UINT width, UINT height) {
         FAILED(texture->QueryInterface(__uuidof(IDXGISurface), surface.putVoid()))) {
         return false;
     }
-    D2D1_RENDER_TARGET_PROPERTIES properties{};
-    properties.pixelFormat = {DXGI_FORMAT_B8G8R8A8_UNORM, D2D1_ALPHA_MODE_PREMULTIPLIED};
-    if (FAILED(
-            render.d2dFactory->CreateDxgiSurfaceRenderTarget(surface.get(), properties, inkTarget.put()))) {
-        return false;
-    }
+    inkTarget = render.makeTarget(surface.get(), DXGI_FORMAT_B8G8R8A8_UNORM);
+    if (!inkTarget) return false;
     inkTarget->SetTextAntialiasMode(D2D1_TEXT_ANTIALIAS_MODE_GRAYSCALE);
     ++made.textures;
     inkWidth = width;

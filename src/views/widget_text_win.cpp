@@ -76,15 +76,12 @@ bool WidgetText::rasterise(WidgetCanvas& canvas, IDWriteTextFormat* format) {
     ComRef<ID2D1SolidColorBrush> white;
     ComRef<ID2D1SolidColorBrush> black;
     layout = canvas.layOut(shownText, format, shownRect.w, shownRect.h);
-    if (!layout || !canvas.render.d2dFactory || !createTexture(canvas, texture) ||
+    if (!layout || !createTexture(canvas, texture) ||
         FAILED(texture->QueryInterface(__uuidof(IDXGISurface), surface.putVoid()))) {
         return false;
     }
-    D2D1_RENDER_TARGET_PROPERTIES properties{};
-    properties.pixelFormat = {DXGI_FORMAT_B8G8R8A8_UNORM, D2D1_ALPHA_MODE_PREMULTIPLIED};
-    if (FAILED(canvas.render.d2dFactory->CreateDxgiSurfaceRenderTarget(surface.get(), &properties,
-                                                                       target.put())) ||
-        FAILED(target->CreateSolidColorBrush(D2D1_COLOR_F{1, 1, 1, 1}, white.put())) ||
+    target = canvas.render.makeTarget(surface.get(), DXGI_FORMAT_B8G8R8A8_UNORM);
+    if (!target || FAILED(target->CreateSolidColorBrush(D2D1_COLOR_F{1, 1, 1, 1}, white.put())) ||
         FAILED(target->CreateSolidColorBrush(D2D1_COLOR_F{0, 0, 0, shownShadow.opacity}, black.put()))) {
         return false;
     }

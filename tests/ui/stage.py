@@ -165,10 +165,11 @@ def unescaped(text):
 class Program:
     """The running program."""
 
-    def __init__(self, stage, arguments=("--windowed",)):
+    def __init__(self, stage, arguments=("--windowed",), variables=None):
         self.stage = stage
         self.log_file = stage.work / f"log-{time.monotonic_ns()}.txt"
-        environment = dict(stage.environment, WINEDEBUG="-all,warn+seh", DISPLAY=os.environ["DISPLAY"])
+        environment = dict(stage.environment, WINEDEBUG="-all,warn+seh", DISPLAY=os.environ["DISPLAY"],
+                           **(variables or {}))
         with open(self.log_file, "wb") as sink:
             self.process = subprocess.Popen([stage.loader, windows_path(PROGRAM), *arguments], env=environment,
                                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=sink)
@@ -212,8 +213,7 @@ class Program:
 
     def wait_started(self):
         self.wait_log("Message loop starting")
-        area = self.stage.wine(windows_path(WINDOW_TOOL), "VARNELO", "client").split()
-        self.client = Box(*map(int, area))
+        self.take_client()
         return self.wait_rest()
 
     def wait_rest(self):
@@ -230,6 +230,16 @@ class Program:
             return same
         wait_for(at_rest, "a window at rest")
         return last[0]
+
+    # The window.
+    def window(self, *words):
+        """What window.exe can do to the window."""
+        return self.stage.wine(windows_path(WINDOW_TOOL), "VARNELO", *map(str, words))
+
+    def take_client(self):
+        """Where the client area is by now."""
+        self.client = Box(*map(int, self.window("client").split()))
+        return self.client
 
     # Ends.
     def close(self):

@@ -7,6 +7,15 @@ namespace {
 
 class TextFieldEditTest : public TextFieldTest {};
 
+TEST_F(TextFieldEditTest, AltGrMakesCharactersAndNoCommands) {
+    given(L"a[bc]d");
+    clipboard.content = L"other";
+    input.altDown = true;
+    for (const int letter : {'A', 'C', 'V', 'X'}) withCtrl(letter);
+    EXPECT_EQ(shown(), L"a[bc]d");
+    EXPECT_EQ(clipboard.content, L"other");
+}
+
 TEST_F(TextFieldEditTest, CharactersAreInsertedAtTheCaretWhichMovesOn) {
     given(L"ad|e");
     field.onKeyDown(kLeft);
