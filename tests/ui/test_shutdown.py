@@ -1,0 +1,68 @@
+"""The end under load: it comes soon, it is clean, and nothing is lost."""
+import os
+import threading
+import time
+
+from case import DesktopCase
+from stage import Program
+
+SECONDS = 2
+# A longer run proves more: VARNELO_ROUNDS=100.
+ROUNDS = int(os.environ.get("VARNELO_ROUNDS", "5"))
+
+
+class Shutdown(DesktopCase):
+    def start_only(self):
+        """Starts without waiting for anything to be drawn."""
+        self.program = Program(self.stage)
+        self.program.wait_log("Message loop starting")
+
+    def close_soon(self):
+        """Closes the window and measures from the message on."""
+        self.program.window("close")
+        begin = time.monotonic()
+        status = self.program.process.wait(20)
+        seconds = time.monotonic() - begin
+        self.assertEqual(status, 0)
+        self.assertEqual(self.program.log()[-1], "Varnelo shut down")
+        self.assertLess(seconds, SECONDS)
+        self.assertFalse([name for name in os.listdir(self.stage.data_folder) if name.startswith("crash_")])
+
+    def test_it_ends_while_icons_load(self):
+        for index in range(500):
+            self.file(f"{index:03} item.k{index}")
+        self.start_only()
+        self.close_soon()
+
+    def test_it_ends_while_five_hundred_files_change(self):
+        self.files(20)
+        self.start()
+        stop = threading.Event()
+
+        def change():
+            round_number = 0
+            while not stop.is_set():
+                for index in range(500):
+                    path = self.folder / f"change {index}.txt"
+                    if round_number % 2:
+                        path.unlink(missing_ok=True)
+                    else:
+                        path.write_text("x")
+                round_number += 1
+        worker = threading.Thread(target=change)
+        worker.start()
+        try:
+            self.close_soon()
+        finally:
+            stop.set()
+            worker.join()
+
+    def test_starts_and_stops_in_a_row_all_succeed_and_keep_the_cache(self):
+        self.files(12)
+        self.start()
+        self.close_soon()
+        cache = (self.stage.data_folder / "desktop.cache").read_bytes()
+        for _ in range(ROUNDS):
+            self.start_only()
+            self.close_soon()
+            self.assertEqual((self.stage.data_folder / "desktop.cache").read_bytes(), cache)
