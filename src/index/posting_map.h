@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "index/flat_array.h"
+#include "index/posting_list.h"
+#include "index/slot_table.h"
+
+namespace varnelo {
+
+// From a gram to the records whose names hold it: what a map of vectors would be, for tens of millions of
+// entries. A list keeps the order of its entries and every duplicate. Lists stand in the order in which they
+// came; one that becomes empty stays.
+//
+// A list that came from a file lies where it was read to, key and count before its entries, and costs a dozen
+// bytes more. Only when it changes does it get a body of its own, to which chunks of new entries are
+// chained; what is removed is marked in place.
+class PostingMap {
+public:
+    // `keyBytes` is the width of a key in a file: 2, 4 or 8.
+    explicit PostingMap(std::size_t keyBytes) : keyWidth(keyBytes) {}
+
+    std::size_t size() const { return refs.size(); }
+    std::optional<std::uint32_t> find(std::uint64_t key) const;
+    std::uint64_t keyOf(std::uint32_t list) const;
+
+    // Calls use(segment) for the runs of the list, in order. Removed entries must be passed over, and nothing
+    // is known of an entry that came from a file.
+    template <class Use>
+    void forEachSegment(std::uint32_t list, Use use) const;
+    // Entries, those removed but not yet packed away included.
+    std::size_t roughSize(std::uint32_t list) const;
+    // The list as its readers see it.
+    std::vector<std::uint32_t> entries(std::uint32_t list) const;
+
+    // A mark that a reader may leave: all entries were found to be right. It goes when the map is cleared.
+    bool verified(std::uint32_t list) const { return refs[list].verified; }
+    void setVerified(std::uint32_t list) { refs[list].verified = 1; }
+
+    // Appends `index` to the list of each key in turn.
+    void append(std::span<const std::uint64_t> keys, std::uint32_t index);
+    // Takes every occurrence of `index` out of the key's list.
+    void remove(std::uint64_t key, std::uint32_t index);
+    void clear();
+
+    // Lists of a file follow, in memory that stays alive and writable until clear(). Clears.
+    void beginStored(std::uint8_t* image, std::size_t lists);
+    // The list whose key stands at `offset` of the image; of two with one key the first stays.
+    void addStored(std::size_t offset);
+
+    // Hands the bytes of all lists, as a file holds them, to `write`.
+    void writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const;
+
+private:
+    struct Chunk {
+        Chunk* next;
+        std::uint32_t capacity;
+        bool ascending;
+        std::uint32_t* entries() { return reinterpret_cast<std::uint32_t*>(this + 1); }
+    };
+    // `at` is an offset in the image, or a place in `bodies`.
+    struct Ref {
+        std::uint64_t at : 40;
+        std::uint64_t tag : 21;  // upper bits of the key's hash
+        std::uint64_t ascending : 1;
+        std::uint64_t verified : 1;
+        std::uint64_t hasBody : 1;
+    };
+    struct Body {
+        std::uint64_t key;
+        PostingSegment stored;
+        Chunk* first;  // chunks behind `last` are empty and wait
+        Chunk* last;
+        std::uint32_t* tail;  // where the next entry goes, in `last`
+        std::uint32_t* tailEnd;
+        std::size_t removed;  // marked entries
+    };
+
+    std::uint64_t hashOf(std::uint32_t list) const { return mixedHash(keyOf(list)); }
+    std::optional<std::uint32_t> find(std::uint64_t key, std::uint64_t hash) const;
+    std::uint32_t findOrAdd(std::uint64_t key, std::uint64_t hash);
+    PostingSegment storedAt(const Ref& ref) const;
+    static PostingSegment segmentOf(const Body& body, Chunk* chunk);
+    Body& bodyOf(std::uint32_t list);
+    void extend(Body& body);
+    void pack(Body& body);
+    std::uint8_t* allocate(std::size_t bytes);
+
+    std::size_t keyWidth;
+    SlotTable slots;
+    FlatArray<Ref> refs;
+    FlatArray<Body> bodies;
+    std::uint8_t* image = nullptr;
+    std::vector<std::unique_ptr<std::uint8_t[]>> blocks;  // hold the chunks
+    std::uint8_t* free = nullptr;                         // in the last block
+    std::size_t freeBytes = 0;
+};
+
+template <class Use>
+void PostingMap::forEachSegment(std::uint32_t list, Use use) const {
+    const Ref& ref = refs[list];
+    if (!ref.hasBody) return use(storedAt(ref));
+    const Body& body = bodies[ref.at];
+    if (body.stored.count != 0) use(body.stored);
+    for (Chunk* chunk = body.first; chunk != nullptr; chunk = chunk->next) {
+        use(segmentOf(body, chunk));
+        if (chunk == body.last) break;
+    }
+}
+
+}  // namespace varnelo
