@@ -1,0 +1,61 @@
+#include "index/grams.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "index/posting_map.h"
+
+namespace varnelo {
+
+namespace {
+
+constexpr std::size_t kAtOnce = 64;
+
+// Calls use(map, keys) for the grams that begin in one stretch of the name after the other: the same for
+// names of any length, without memory of their own.
+template <class Use>
+void forGrams(NameUnits name, PostingMap& unigrams, PostingMap& bigrams, PostingMap& trigrams, Use use) {
+    std::array<std::uint64_t, kAtOnce> ones;
+    std::array<std::uint64_t, kAtOnce> twos;
+    std::array<std::uint64_t, kAtOnce> threes;
+    for (std::size_t begin = 0; begin < name.size(); begin += kAtOnce) {
+        const std::size_t count = std::min(kAtOnce, name.size() - begin);
+        const auto unitAt = [&](std::size_t i) {
+            return i < name.size() ? lowerNameUnit(name[i]) : std::uint16_t{0};
+        };
+        std::uint16_t b = unitAt(begin);
+        std::uint16_t c = unitAt(begin + 1);
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::uint16_t a = b;
+            b = c;
+            c = unitAt(begin + i + 2);
+            ones[i] = unigramKey(a);
+            twos[i] = bigramKey(a, b);
+            threes[i] = trigramKey(a, b, c);
+        }
+        const auto within = [&](std::size_t gramUnits) {
+            return begin + gramUnits > name.size() ? 0 : std::min(count, name.size() - begin - gramUnits + 1);
+        };
+        use(unigrams, std::span(ones.data(), count));
+        use(bigrams, std::span(twos.data(), within(2)));
+        use(trigrams, std::span(threes.data(), within(3)));
+    }
+}
+
+}  // namespace
+
+void appendGrams(NameUnits name, std::uint32_t index, PostingMap& unigrams, PostingMap& bigrams,
+                 PostingMap& trigrams) {
+    forGrams(name, unigrams, bigrams, trigrams,
+             [&](PostingMap& map, std::span<const std::uint64_t> keys) { map.append(keys, index); });
+}
+
+void removeGrams(NameUnits name, std::uint32_t index, PostingMap& unigrams, PostingMap& bigrams,
+                 PostingMap& trigrams) {
+    forGrams(name, unigrams, bigrams, trigrams, [&](PostingMap& map, std::span<const std::uint64_t> keys) {
+        for (const std::uint64_t key : keys) map.remove(key, index);
+    });
+}
+
+}  // namespace varnelo

@@ -1,0 +1,167 @@
+#include "index/ntfs_index.h"
+
+#include <algorithm>
+
+#include "index/grams.h"
+#include "index/record_key_hash.h"
+
+namespace varnelo {
+
+std::optional<std::uint8_t> NTFSIndex::volumeIndexOf(wchar_t letter) {
+    const auto unit = static_cast<std::uint16_t>(letter);
+    const auto known = std::find(volumes.begin(), volumes.end(), unit);
+    if (known == volumes.end() && volumes.size() >= kMostVolumes) return std::nullopt;
+    const auto place = static_cast<std::uint8_t>(known - volumes.begin());
+    if (known == volumes.end()) volumes.push_back(unit);
+    return place;
+}
+
+NameUnits NTFSIndex::nameUnits(std::uint32_t index) const {
+    return index < table.size() ? pool.at(table[index].nameOffset) : NameUnits{};
+}
+
+std::optional<std::uint32_t> NTFSIndex::recordByKey(std::uint64_t key) const {
+    return keys.find(recordKeyHash(key), [&](std::uint32_t index) { return recordKey(table[index]) == key; });
+}
+
+void NTFSIndex::enterKey(std::uint32_t index) {
+    const std::uint64_t key = recordKey(table[index]);
+    keys.put(
+        recordKeyHash(key), index, [&](std::uint32_t other) { return recordKey(table[other]) == key; },
+        [this](std::uint32_t other) { return recordKeyHash(recordKey(table[other])); });
+}
+
+std::uint32_t NTFSIndex::addRecord(const FileFacts& facts, std::wstring_view name) {
+    const auto index = static_cast<std::uint32_t>(table.size());
+    table.push_back({});
+    store(index, facts, name);
+    return index;
+}
+
+std::uint32_t NTFSIndex::createRecord(const FileFacts& facts, std::wstring_view name) {
+    while (!freeSlots.empty()) {
+        const std::uint32_t index = freeSlots.back();
+        freeSlots.pop_back();
+        // After a load the places of an earlier content mean nothing.
+        if (index >= table.size() || !table[index].deleted()) continue;
+        if (recordByKey(recordKey(table[index])) == index) continue;
+        store(index, facts, name);
+        return index;
+    }
+    return addRecord(facts, name);
+}
+
+void NTFSIndex::store(std::uint32_t index, const FileFacts& facts, std::wstring_view name) {
+    FileRecord& record = table[index];
+    record.frn = facts.frn & kFrnMask;
+    record.parentFrn = facts.parentFrn & kFrnMask;
+    record.size = facts.size;
+    record.modified = facts.modified;
+    record.attributes = facts.attributes;
+    record.nameOffset = pool.add(name);
+    record.flags = facts.flags;
+    record.volume = currentVolume;
+    record.extension = extensionTable.idOf(name);
+    column.set(index, record);
+    enterKey(index);
+    if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
+}
+
+void NTFSIndex::renameRecord(std::uint32_t index, const FileFacts& facts, std::wstring_view name) {
+    if (index >= table.size()) return;
+    FileRecord& record = table[index];
+    dropPostings(index, nameUnits(record));
+    pathCache.erase(recordKey(record));
+    record.parentFrn = facts.parentFrn & kFrnMask;
+    record.nameOffset = pool.add(name);
+    record.flags = facts.flags;
+    record.size = facts.size;
+    record.modified = facts.modified;
+    record.attributes = facts.attributes;
+    record.extension = extensionTable.idOf(name);
+    column.set(index, record);
+    if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
+}
+
+void NTFSIndex::updateRecord(std::uint32_t index, std::uint64_t parentFrn, std::uint64_t size,
+                             std::uint64_t modified, std::uint32_t attributes) {
+    if (index >= table.size()) return;
+    table[index].parentFrn = parentFrn & kFrnMask;
+    fillRecord(index, size, modified, attributes);
+    pathCache.erase(recordKey(table[index]));
+}
+
+void NTFSIndex::fillRecord(std::uint32_t index, std::uint64_t size, std::uint64_t modified,
+                           std::uint32_t attributes) {
+    if (index >= table.size()) return;
+    table[index].size = size;
+    table[index].modified = modified;
+    table[index].attributes = attributes;
+}
+
+void NTFSIndex::setSize(std::uint32_t index, std::uint64_t size) {
+    if (index < table.size()) table[index].size = size;
+}
+
+void NTFSIndex::removeRecord(std::uint32_t index) {
+    if (index >= table.size()) return;
+    const std::uint64_t key = recordKey(table[index]);
+    // What was removed already is on the stack, and nobody may take it from there twice.
+    if (table[index].deleted() && recordByKey(key) != index) return;
+    dropPostings(index, nameUnits(index));
+    keys.erase(
+        recordKeyHash(key), [&](std::uint32_t other) { return recordKey(table[other]) == key; },
+        [this](std::uint32_t other) { return recordKeyHash(recordKey(table[other])); });
+    pathCache.erase(key);
+    tombstone(index);
+    freeSlots.push_back(index);
+}
+
+void NTFSIndex::pruneRecord(std::uint32_t index) {
+    if (index >= table.size()) return;
+    dropPostings(index, nameUnits(index));
+    tombstone(index);
+}
+
+void NTFSIndex::tombstone(std::uint32_t index) {
+    table[index].flags |= FileRecord::kDeleted;
+    column.set(index, table[index]);
+}
+
+void NTFSIndex::addPostings(std::uint32_t index, std::wstring_view name) {
+    const NameUnits own = nameUnits(index);
+    if (!std::equal(name.begin(), name.end(), own.begin(), own.end())) listsComplete = false;
+    const std::vector<std::uint16_t> units(name.begin(), name.end());
+    appendGrams(units, index, unigramIndex, bigramIndex, trigramIndex);
+}
+
+void NTFSIndex::removePostings(std::uint32_t index, std::wstring_view name) {
+    if (index < table.size() && !table[index].deleted()) listsComplete = false;
+    const std::vector<std::uint16_t> units(name.begin(), name.end());
+    dropPostings(index, units);
+}
+
+void NTFSIndex::dropPostings(std::uint32_t index, NameUnits name) {
+    removeGrams(name, index, unigramIndex, bigramIndex, trigramIndex);
+}
+
+void NTFSIndex::clearIndex() {
+    if (stopMonitor) stopMonitor();
+    const std::lock_guard lock(mutex);
+    unigramIndex.clear();
+    bigramIndex.clear();
+    trigramIndex.clear();
+    storedLists.reset();
+    table.clear();
+    column.clear();
+    pool.clear();
+    extensionTable.clear();
+    keys.clear();
+    pathCache.clear();
+    freeSlots.clear();
+    volumes.clear();
+    currentVolume = 0;
+    listsComplete = true;
+}
+
+}  // namespace varnelo

@@ -1,0 +1,31 @@
+#include "index/record_columns.h"
+
+namespace varnelo {
+
+void RecordColumns::set(std::size_t index, const FileRecord& record) {
+    if (index == offsets.size()) {
+        offsets.push_back(0);
+        extensionIds.push_back(0);
+        if (index % 64 == 0) alive.push_back(0);
+    }
+    offsets[index] = record.nameOffset;
+    extensionIds[index] = record.extension;
+    const std::uint64_t bit = std::uint64_t{1} << index % 64;
+    alive[index / 64] = record.deleted() ? alive[index / 64] & ~bit : alive[index / 64] | bit;
+}
+
+void RecordColumns::rebuild(std::span<const FileRecord> records) {
+    clear();
+    offsets.reserve(records.size());
+    extensionIds.reserve(records.size());
+    alive.reserve(records.size() / 64 + 1);
+    for (std::size_t i = 0; i < records.size(); ++i) set(i, records[i]);
+}
+
+void RecordColumns::clear() {
+    offsets.clear();
+    extensionIds.clear();
+    alive.clear();
+}
+
+}  // namespace varnelo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "index/file_record.h"
+#include "index/flat_array.h"
+
+namespace varnelo {
+
+// What a search asks of every record, side by side: a pass over a million records reads 6 MB instead of 48.
+// Follows the records; whoever changes one of these fields tells it.
+class RecordColumns {
+public:
+    // The record is the next one, or one that was there.
+    void set(std::size_t index, const FileRecord& record);
+    void rebuild(std::span<const FileRecord> records);
+    void clear();
+
+    std::size_t size() const { return offsets.size(); }
+    bool live(std::size_t index) const { return (alive[index / 64] >> index % 64 & 1) != 0; }
+    // Bit i % 64 of word i / 64: record i is no tombstone. Bits behind the last record are 0.
+    const FlatArray<std::uint64_t>& liveWords() const { return alive; }
+    const FlatArray<std::uint32_t>& nameOffsets() const { return offsets; }
+    const FlatArray<std::uint16_t>& extensions() const { return extensionIds; }
+
+private:
+    FlatArray<std::uint32_t> offsets;
+    FlatArray<std::uint16_t> extensionIds;
+    FlatArray<std::uint64_t> alive;
+};
+
+}  // namespace varnelo
