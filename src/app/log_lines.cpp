@@ -25,10 +25,22 @@ void LogLines::link(Node& node) {
     hint.store(&node, std::memory_order_release);
 }
 
-std::vector<std::wstring> LogLines::copy() const {
+std::vector<std::wstring> LogLines::copy(std::size_t skipped) const {
     std::vector<std::wstring> result;
-    for (const Node* node = first(); node; node = after(node)) result.emplace_back(node->text);
+    for (const Node* node = first(); node; node = after(node)) {
+        if (skipped == 0) {
+            result.emplace_back(node->text);
+        } else {
+            --skipped;
+        }
+    }
     return result;
+}
+
+std::size_t LogLines::count() const {
+    std::size_t lines = 0;
+    for (const Node* node = first(); node; node = after(node)) ++lines;
+    return lines;
 }
 
 void LogLines::clear() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,9 @@ public:
     const Node* first() const { return after(&head); }
     static const Node* after(const Node* node) { return node->next.load(std::memory_order_acquire); }
 
-    // Any thread.
-    std::vector<std::wstring> copy() const;
+    // Any thread. The first `skipped` lines are left out.
+    std::vector<std::wstring> copy(std::size_t skipped = 0) const;
+    std::size_t count() const;
 
     // Forgets all lines. Nobody else may use the list meanwhile.
     void clear();

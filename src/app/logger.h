@@ -41,7 +41,9 @@ public:
     // and a fault in it does not keep the report from being written.
     std::atomic<void (*)()> onCrash{nullptr};
 
-    std::vector<std::wstring> lines() const { return entries.copy(); }
+    // All but the first `skipped` lines.
+    std::vector<std::wstring> lines(std::size_t skipped = 0) const { return entries.copy(skipped); }
+    std::size_t lineCount() const { return entries.count(); }
 
     // For the crash guard: adds the line of an unhandled exception and writes the report. Takes no lock and,
     // in the Windows build, no memory. Once in the life of a logger that is initialised.

@@ -109,6 +109,9 @@ public:
     bool saveCache(std::wstring_view folderName, std::wstring_view fileName) const;
     // What was read before a fault stays in the index.
     bool loadCache(std::wstring_view folderName, std::wstring_view fileName);
+    // The same from elsewhere than a file: `read` hands over the next bytes and answers how many there were.
+    using ReadBytes = std::function<std::size_t(std::uint8_t* to, std::size_t count)>;
+    bool readCache(std::int64_t size, const ReadBytes& read);
 
     // Records whose name holds the text, or matches one of the patterns: docs/search.md tells how.
     std::vector<std::uint32_t> searchNames(std::wstring_view query);

@@ -16,4 +16,7 @@ std::wstring knownFolder(KnownFolder folder);
 // the roaming folder itself is unknown is not looked at: the result is relative to the current folder then.
 std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName);
 
+// The same in the application data of all users. An absolute `subFolder` stands for itself.
+std::wstring machineDataPath(std::wstring_view subFolder, std::wstring_view fileName);
+
 }  // namespace varnelo

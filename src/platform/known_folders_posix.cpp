@@ -40,17 +40,24 @@ std::string folderPath(KnownFolder folder) {
     return "";
 }
 
+std::wstring pathBelow(KnownFolder base, std::wstring_view subFolder, std::wstring_view fileName) {
+    const std::filesystem::path folder = std::filesystem::path(folderPath(base)) / utf8FromWide(subFolder);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) throw std::filesystem::filesystem_error("create_directories", folder, error);
+    return wideFromUtf8((folder / utf8FromWide(fileName)).string());
+}
+
 }  // namespace
 
 std::wstring knownFolder(KnownFolder folder) { return wideFromUtf8(folderPath(folder)); }
 
 std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
-    const std::filesystem::path folder =
-        std::filesystem::path(folderPath(KnownFolder::RoamingAppData)) / utf8FromWide(subFolder);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) throw std::filesystem::filesystem_error("create_directories", folder, error);
-    return wideFromUtf8((folder / utf8FromWide(fileName)).string());
+    return pathBelow(KnownFolder::RoamingAppData, subFolder, fileName);
+}
+
+std::wstring machineDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
+    return pathBelow(KnownFolder::ProgramData, subFolder, fileName);
 }
 
 }  // namespace varnelo

@@ -41,13 +41,24 @@ std::wstring knownFolder(KnownFolder folder) {
     return path.get();
 }
 
-std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
-    const std::filesystem::path folder =
-        std::filesystem::path(knownFolder(KnownFolder::RoamingAppData)) / subFolder;
+namespace {
+
+std::wstring pathBelow(KnownFolder base, std::wstring_view subFolder, std::wstring_view fileName) {
+    const std::filesystem::path folder = std::filesystem::path(knownFolder(base)) / subFolder;
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) throw std::filesystem::filesystem_error("create_directories", folder, error);
     return (folder / fileName).wstring();
+}
+
+}  // namespace
+
+std::wstring appDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
+    return pathBelow(KnownFolder::RoamingAppData, subFolder, fileName);
+}
+
+std::wstring machineDataPath(std::wstring_view subFolder, std::wstring_view fileName) {
+    return pathBelow(KnownFolder::ProgramData, subFolder, fileName);
 }
 
 }  // namespace varnelo

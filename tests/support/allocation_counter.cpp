@@ -19,6 +19,7 @@
 namespace {
 
 thread_local std::uint64_t allocations = 0;
+thread_local std::uint64_t allocatedBytes = 0;
 
 }  // namespace
 
@@ -27,16 +28,34 @@ namespace varnelo {
 #if VARNELO_SANITIZED
 
 // The sanitizers' own operator new stays in place: it checks more than ours.
-std::uint64_t allocationsOfThisThread() {
+namespace {
+
+void installHooks() {
     static const int installed = __sanitizer_install_malloc_and_free_hooks(
-        [](const volatile void*, std::size_t) { ++allocations; }, [](const volatile void*) {});
+        [](const volatile void*, std::size_t size) {
+            ++allocations;
+            allocatedBytes += size;
+        },
+        [](const volatile void*) {});
     static_cast<void>(installed);
+}
+
+}  // namespace
+
+std::uint64_t allocationsOfThisThread() {
+    installHooks();
     return allocations;
+}
+
+std::uint64_t allocatedBytesOfThisThread() {
+    installHooks();
+    return allocatedBytes;
 }
 
 #else
 
 std::uint64_t allocationsOfThisThread() { return allocations; }
+std::uint64_t allocatedBytesOfThisThread() { return allocatedBytes; }
 
 #endif
 
@@ -47,6 +66,7 @@ std::uint64_t allocationsOfThisThread() { return allocations; }
 // The forms that are not replaced here end in these.
 void* operator new(std::size_t size) {
     ++allocations;
+    allocatedBytes += size;
     if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
 }

@@ -1,0 +1,221 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "app/logger.h"
+#include "index/cache_format.h"
+#include "index/cache_input.h"
+#include "index/ntfs_index.h"
+#include "index/record_key_hash.h"
+#include "platform/input_file.h"
+#include "platform/known_folders.h"
+
+namespace varnelo {
+
+namespace {
+
+std::wstring text(std::uint64_t number) { return std::to_wstring(number); }
+
+// Walks over the posting lists in memory, with the same rule as CacheInput: the first read that finds too few
+// bytes gives what there is, later ones nothing.
+class ListCursor {
+public:
+    ListCursor(std::uint8_t* bytes, std::size_t count) : begin(bytes), end(count) {}
+
+    bool good() const { return ok; }
+    std::size_t position() const { return at; }
+    std::size_t left() const { return end - at; }
+    // Answers the bytes passed.
+    std::size_t skip(std::uint64_t count) {
+        if (!ok) return 0;
+        const std::size_t passed = static_cast<std::size_t>(std::min<std::uint64_t>(count, left()));
+        ok = passed == count;
+        at += passed;
+        return passed;
+    }
+    std::uint64_t u64() {
+        std::uint64_t value = 0;
+        const std::uint8_t* from = begin + at;
+        if (const std::size_t count = skip(sizeof value)) std::memcpy(&value, from, count);
+        return value;
+    }
+
+private:
+    std::uint8_t* begin;
+    std::size_t end;
+    std::size_t at = 0;
+    bool ok = true;
+};
+
+}  // namespace
+
+// One load. Every count is tested against the size of the whole file, and what is allocated for it against
+// the bytes that are left.
+class CacheLoader {
+public:
+    CacheLoader(NTFSIndex& target, const NTFSIndex::ReadBytes& read) : index(target), in(read) {}
+
+    bool load(std::int64_t size) {
+        logInfo(L"loadCache: file size = " + std::to_wstring(size) + L" bytes");
+        if (size <= 0) {
+            logWarn(L"loadCache: file is empty or unreadable (size=" + std::to_wstring(size));
+            return false;
+        }
+        fileSize = static_cast<std::uint64_t>(size);
+        if (!readHeader() || !readVolumes()) return false;
+
+        // Nobody finds a record by its key before all have been read.
+        index.keys.clear();
+        index.listsComplete = false;
+        const bool complete = readRecords() && readPool() && readExtensions() && readLists();
+        index.column.rebuild(index.records());
+        index.pathCache.clear();
+        if (!complete) return false;
+        enterKeys();
+        index.listsComplete = true;
+        logInfo(L"loadCache: success \u2013 " + text(index.table.size()) + L" files, " +
+                text(index.extensionTable.size()) + L" extensions");
+        return true;
+    }
+
+private:
+    bool refuse(const std::wstring& what, bool good) {
+        logWarn(L"loadCache: " + what + L", good=" + (good ? L"1" : L"0"));
+        return false;
+    }
+    bool refuse(const std::wstring& what) { return refuse(what, in.good()); }
+    std::uint64_t left() const { return fileSize - in.position(); }
+
+    bool readHeader() {
+        const std::uint32_t magic = in.u32();
+        const std::uint32_t version = in.u32();
+        if (magic == cache::kMagic && version == cache::kVersion) return true;
+        // The numbers are decimal, also those behind "0x".
+        logWarn(L"loadCache: magic/version mismatch \u2013 magic=0x" + text(magic) + L" version=" +
+                text(version) + L" (expected magic=0x" + text(cache::kMagic) + L" version=" +
+                text(cache::kVersion) + L")");
+        return false;
+    }
+
+    bool readVolumes() {
+        const std::uint64_t count = in.u64();
+        if (!in.good() || count > NTFSIndex::kMostVolumes || 2 * count > fileSize) {
+            return refuse(L"volumeCount invalid (" + text(count) + L")");
+        }
+        index.volumes.resize(count);
+        index.volumes.resize(in.read(index.volumes.data(), 2 * count) / 2);
+        return true;
+    }
+
+    bool readRecords() {
+        const std::uint64_t count = in.u64();
+        if (!in.good() || count > fileSize / sizeof(FileRecord)) {
+            // The product is one of 64 bits.
+            return refuse(L"fileCount invalid (" + text(count) + L"), dataSize=" +
+                          text(sizeof(FileRecord) * count) + L", fileSize=" + text(fileSize));
+        }
+        index.table.clear();
+        index.table.resizeUnwritten(std::min(count, left() / sizeof(FileRecord)));
+        const std::size_t got = in.read(index.table.data(), sizeof(FileRecord) * index.table.size());
+        index.table.resizeUnwritten(got / sizeof(FileRecord));
+        if (index.table.size() < count) exhaust();
+        return true;
+    }
+
+    bool readPool() {
+        const std::uint64_t count = in.u64();
+        if (!in.good() || count > fileSize / 2) return refuse(L"poolSize invalid (" + text(count) + L")");
+        const std::uint64_t units = std::min(count, left() / 2);
+        std::uint16_t* pool = index.pool.beginStored(units);
+        index.pool.cut(in.read(pool, 2 * units) / 2);
+        if (index.pool.size() < count) exhaust();
+        return true;
+    }
+
+    bool readExtensions() {
+        const std::uint64_t count = in.u64();
+        if (!in.good() || count > cache::kMostExtensions)
+            return refuse(L"extCount invalid (" + text(count) + L")");
+        index.extensionTable.clear();
+        std::array<std::uint16_t, cache::kLongestExtension> units;
+        for (std::uint64_t i = 0; i < count; ++i) {
+            const std::uint64_t length = in.u64();
+            if (!in.good() || length > units.size()) {
+                return refuse(L"extension[" + text(i) + L"] len invalid (" + text(length) + L")");
+            }
+            in.read(units.data(), 2 * length);
+            if (in.good())
+                index.extensionTable.addStored(std::wstring(units.begin(), units.begin() + length));
+        }
+        if (in.good()) return true;
+        logWarn(L"loadCache: stream bad after extensions");
+        return false;
+    }
+
+    // The rest of the file: its lists stay where they are read to.
+    bool readLists() {
+        for (PostingMap* map : {&index.unigramIndex, &index.bigramIndex, &index.trigramIndex}) map->clear();
+        const std::size_t wanted = static_cast<std::size_t>(left());
+        index.storedLists = std::make_unique_for_overwrite<std::uint8_t[]>(wanted);
+        ListCursor lists(index.storedLists.get(), in.read(index.storedLists.get(), wanted));
+        return readMap(0, index.unigramIndex, 2, lists) && readMap(1, index.bigramIndex, 4, lists) &&
+               readMap(2, index.trigramIndex, 8, lists);
+    }
+
+    bool readMap(std::uint64_t number, PostingMap& map, std::size_t keyBytes, ListCursor& lists) {
+        const std::wstring name = L"map[" + text(number) + L"] ";
+        const std::uint64_t count = lists.u64();
+        if (!lists.good() || count > fileSize)
+            return refuse(name + L"size invalid (" + text(count) + L")", lists.good());
+        map.beginStored(index.storedLists.get(),
+                        std::min<std::uint64_t>(count, lists.left() / (keyBytes + 8)));
+        for (std::uint64_t i = 0; i < count; ++i) {
+            const std::size_t begin = lists.position();
+            lists.skip(keyBytes);
+            const std::uint64_t entries = lists.u64();
+            if (!lists.good() || entries > fileSize / 4) {
+                return refuse(name + L"entry " + text(i) + L"/" + text(count) + L" vsize invalid (" +
+                                  text(entries) + L")",
+                              lists.good());
+            }
+            // The file may end inside of the very last list without a test behind it: the list is shorter
+            // then.
+            const std::uint64_t whole = lists.skip(4 * entries) / 4;
+            std::memcpy(index.storedLists.get() + begin + keyBytes, &whole, sizeof whole);
+            map.addStored(begin);
+        }
+        return true;
+    }
+
+    // Tombstones too, and the last record of a key wins.
+    void enterKeys() {
+        index.keys.reserve(index.table.size(), [](std::uint32_t) { return std::uint64_t{0}; });
+        for (std::uint32_t i = 0; i < index.table.size(); ++i) index.enterKey(i);
+    }
+
+    // The file ended inside of an array: the next test must see that, whatever bytes remain.
+    void exhaust() {
+        std::array<std::uint8_t, sizeof(FileRecord)> rest;
+        while (in.good()) in.read(rest.data(), rest.size());
+    }
+
+    NTFSIndex& index;
+    CacheInput in;
+    std::uint64_t fileSize = 0;
+};
+
+bool NTFSIndex::loadCache(std::wstring_view folderName, std::wstring_view fileName) {
+    const std::wstring path = machineDataPath(folderName, fileName);
+    InputFile file;
+    if (!file.open(path.c_str())) {
+        logWarn(L"loadCache: failed to open file: " + path);
+        return false;
+    }
+    return readCache(file.size(), [&](std::uint8_t* to, std::size_t count) { return file.read(to, count); });
+}
+
+bool NTFSIndex::readCache(std::int64_t size, const ReadBytes& read) {
+    return CacheLoader(*this, read).load(size);
+}
+
+}  // namespace varnelo
