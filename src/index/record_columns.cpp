@@ -1,5 +1,7 @@
 #include "index/record_columns.h"
 
+#include <algorithm>
+
 namespace varnelo {
 
 void RecordColumns::set(std::size_t index, const FileRecord& record) {
@@ -9,6 +11,7 @@ void RecordColumns::set(std::size_t index, const FileRecord& record) {
         if (index % 64 == 0) alive.push_back(0);
     }
     offsets[index] = record.nameOffset;
+    farthest = std::max(farthest, record.nameOffset);
     extensionIds[index] = record.extension;
     const std::uint64_t bit = std::uint64_t{1} << index % 64;
     alive[index / 64] = record.deleted() ? alive[index / 64] & ~bit : alive[index / 64] | bit;
@@ -26,6 +29,7 @@ void RecordColumns::clear() {
     offsets.clear();
     extensionIds.clear();
     alive.clear();
+    farthest = 0;
 }
 
 }  // namespace varnelo

@@ -18,6 +18,8 @@ public:
     void clear();
 
     std::size_t size() const { return offsets.size(); }
+    // Whether the names of all records begin in a pool of that size.
+    bool namesWithin(std::size_t poolSize) const { return offsets.empty() || farthest < poolSize; }
     bool live(std::size_t index) const { return (alive[index / 64] >> index % 64 & 1) != 0; }
     // Bit i % 64 of word i / 64: record i is no tombstone. Bits behind the last record are 0.
     const FlatArray<std::uint64_t>& liveWords() const { return alive; }
@@ -28,6 +30,7 @@ private:
     FlatArray<std::uint32_t> offsets;
     FlatArray<std::uint16_t> extensionIds;
     FlatArray<std::uint64_t> alive;
+    std::uint32_t farthest = 0;  // the largest offset that a record had so far
 };
 
 }  // namespace varnelo

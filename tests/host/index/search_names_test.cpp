@@ -1,0 +1,278 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <thread>
+
+#include "host/index/cache_fixture.h"
+#include "host/index/index_world.h"
+#include "host/index/plain_search.h"
+#include "platform/utf.h"
+
+namespace varnelo {
+namespace {
+
+using Ids = std::vector<std::uint32_t>;
+using Names = std::vector<std::wstring>;
+
+class SearchNamesTest : public ::testing::Test, protected IndexWorld {
+protected:
+    void files(const Names& names) {
+        for (const std::wstring& name : names) file(name);
+    }
+    Names found(const std::wstring& query) {
+        Names names;
+        for (const std::uint32_t id : index.searchNames(query)) names.push_back(index.nameOf(id));
+        return names;
+    }
+};
+
+struct Case {
+    const wchar_t* query;
+    Names names;
+    Names expected;
+};
+
+TEST_F(SearchNamesTest, EveryClassOfQueryFindsWhatItShould) {
+    const Names some = {L"Plan.txt", L"banana.TXT", L"plan", L"x", L"y.tar.gz", L"a plan, b"};
+    const Case cases[] = {
+        // All of them.
+        {L"", some, some},
+        {L"", {}, {}},
+        // One unit and two: every occurrence counts, nothing else is asked.
+        {L"x", some, {L"Plan.txt", L"banana.TXT", L"x"}},
+        {L"N", some, {L"Plan.txt", L"banana.TXT", L"banana.TXT", L"plan", L"a plan, b"}},
+        {L"an", some, {L"Plan.txt", L"banana.TXT", L"banana.TXT", L"plan", L"a plan, b"}},
+        {L"AN", some, {L"Plan.txt", L"banana.TXT", L"banana.TXT", L"plan", L"a plan, b"}},
+        {L"q", some, {}},
+        {L"xq", some, {}},
+        {L" ", some, {L"a plan, b", L"a plan, b"}},
+        // Three and more: a name comes as often as it holds the first three.
+        {L"ana", some, {L"banana.TXT", L"banana.TXT"}},
+        {L"anana", some, {L"banana.TXT", L"banana.TXT"}},
+        {L"Plan", some, {L"Plan.txt", L"plan", L"a plan, b"}},
+        {L"plan.t", some, {L"Plan.txt"}},
+        {L"planet", some, {}},
+        {L"txtx", some, {}},
+        {L"   ", {L"a   b", L"a  b"}, {L"a   b"}},
+        // A pattern takes the whole name.
+        {L"plan*", some, {L"Plan.txt", L"plan"}},
+        {L"*plan", some, {L"plan"}},
+        {L"*PLAN*", some, {L"Plan.txt", L"plan", L"a plan, b"}},
+        {L"p*t", some, {L"Plan.txt"}},
+        {L"?", some, {L"x"}},
+        {L"????", some, {L"plan"}},
+        {L"pl?n", some, {L"plan"}},
+        {L"*", some, some},
+        {L"**", some, some},
+        {L"?*", {L"", L"a"}, {L"a"}},
+        {L"*", {L"", L"a"}, {L"", L"a"}},
+        {L"*a*a*a*", some, {L"banana.TXT"}},
+        {L"x*x", {L"x", L"xx", L"xyx"}, {L"xx", L"xyx"}},
+        {L"a*b?c", {L"abxc", L"abbxc", L"abxcabyc", L"abc"}, {L"abxc", L"abbxc", L"abxcabyc"}},
+        {L"*.", {L"dot.", L"dot"}, {L"dot."}},
+        // Lists of patterns; a name comes once.
+        {L"x;plan", some, {L"plan", L"x"}},
+        {L"plan|plan*", some, {L"Plan.txt", L"plan"}},
+        {L"pla;lan", some, {}},
+        {L" x , , plan ", some, {L"plan", L"x"}},
+        {L", ;|", some, {}},
+        // Extensions: what stands behind the last dot.
+        {L"*.txt", some, {L"Plan.txt", L"banana.TXT"}},
+        {L"*.TXT;*.gz", some, {L"Plan.txt", L"banana.TXT", L"y.tar.gz"}},
+        {L"*.tar.gz", some, {}},
+        {L"*.tar.gz,*.gz", some, {L"y.tar.gz"}},
+        {L"*.none", some, {}},
+        {L"*.profile", {L".profile", L"a.profile"}, {L"a.profile"}},
+        {L"*.profile;?.profile", {L".profile", L"a.profile"}, {L".profile", L"a.profile"}},
+        {L"*.t?t", some, {L"Plan.txt", L"banana.TXT"}},
+        {L"*.txt;x", some, {L"Plan.txt", L"banana.TXT", L"x"}},
+        {L"*.tar.gz;x", some, {L"x", L"y.tar.gz"}},
+        // Only ASCII letters are folded.
+        {L"\u00E4rger", {L"\u00C4rger", L"\u00E4RGER"}, {L"\u00E4RGER"}},
+    };
+    for (const Case& one : cases) {
+        index.clearIndex();
+        files(one.names);
+        EXPECT_EQ(found(one.query), one.expected) << std::string(one.query, one.query + wcslen(one.query));
+    }
+}
+
+TEST_F(SearchNamesTest, NoPathReturnsATombstone) {
+    files({L"abc.txt", L"abc.txt", L"abc.txt"});
+    index.removeRecord(0);
+    index.pruneRecord(1);
+    for (const wchar_t* query : {L"", L"a", L"ab", L"abc", L"abc.", L"*.txt", L"abc*", L"*"}) {
+        EXPECT_EQ(index.searchNames(query), Ids{2}) << std::wcslen(query);
+    }
+}
+
+TEST_F(SearchNamesTest, NoPathReturnsATombstoneThatAListHolds) {
+    files({L"abc.txt", L"abc.txt"});
+    index.removeRecord(0);
+    index.addPostings(0, L"abc.txt");
+    for (const wchar_t* query : {L"a", L"ab", L"abc", L"abc.", L"*.txt", L"abc*"}) {
+        EXPECT_EQ(index.searchNames(query), Ids{1}) << std::wcslen(query);
+    }
+}
+
+TEST_F(SearchNamesTest, OneAndTwoUnitsBelieveTheListAndThreeDoNot) {
+    files({L"abc", L"xyz"});
+    EXPECT_EQ(index.searchNames(L"abc"), Ids{0});
+    index.addPostings(1, L"abc");
+    EXPECT_EQ(index.searchNames(L"a"), (Ids{0, 1}));
+    EXPECT_EQ(index.searchNames(L"ab"), (Ids{0, 1}));
+    EXPECT_EQ(index.searchNames(L"abc"), Ids{0});
+    index.removePostings(0, L"abc");
+    EXPECT_EQ(index.searchNames(L"abc"), Ids{}) << "text is looked for in lists";
+    EXPECT_EQ(index.searchNames(L"ab*"), Ids{0}) << "patterns are tried on names";
+}
+
+TEST_F(SearchNamesTest, ARenamedFileStandsBehindTheOthers) {
+    files({L"abcd", L"abce", L"abcf"});
+    index.renameRecord(0, {24, 5, 0, 0, 0, 0}, L"abcabcd");
+    EXPECT_EQ(index.searchNames(L"ab"), (Ids{1, 2, 0, 0}));
+    EXPECT_EQ(index.searchNames(L"abc"), (Ids{1, 2, 0, 0}));
+    EXPECT_EQ(index.searchNames(L"abcd"), (Ids{0, 0}));
+    EXPECT_EQ(index.searchNames(L"abc*"), (Ids{0, 1, 2}));
+}
+
+TEST_F(SearchNamesTest, ANameThatIsOutOfRangeIsFoundByNoText) {
+    files({L"abc.txt", L"abd.txt"});
+    CacheFixture cache;
+    ASSERT_TRUE(cache.save(index));
+    Bytes bytes = cache.bytes();
+    bytes[24 + 36 + 2] = 0x7F;  // the first record's nameOffset
+    ASSERT_TRUE(cache.load(index, bytes));
+    EXPECT_EQ(index.searchNames(L""), (Ids{0, 1}));
+    EXPECT_EQ(index.searchNames(L"*.txt"), (Ids{0, 1})) << "the extension is the record's own";
+    for (const wchar_t* query : {L"a", L"ab", L"txt", L".txt", L"*b*", L"*"}) {
+        EXPECT_EQ(index.searchNames(query), Ids{1}) << std::wcslen(query);
+    }
+}
+
+TEST_F(SearchNamesTest, WhatAFailedLoadLeftIsFoundByPatterns) {
+    files({L"abc.txt", L"abd.txt"});
+    CacheFixture cache;
+    ASSERT_TRUE(cache.save(index));
+    Bytes bytes = cache.bytes();
+    bytes.resize(bytes.size() - 100);
+    ASSERT_FALSE(cache.load(index, bytes));
+    EXPECT_EQ(index.searchNames(L"ab*"), (Ids{0, 1}));
+    file(L"abe.txt");
+    EXPECT_EQ(index.searchNames(L"ab*"), (Ids{0, 1, 2}));
+    EXPECT_EQ(index.searchNames(L"ab"), (Ids{0, 1, 2}));
+}
+
+TEST_F(SearchNamesTest, StarsInALongNameTakeNoTimeToSpeakOf) {
+    file(std::wstring(30000, L'a'));
+    std::wstring query;
+    for (int i = 0; i < 30; ++i) query += L"*a";
+    EXPECT_EQ(index.searchNames(query + L"*b"), Ids{});
+    EXPECT_EQ(index.searchNames(query + L"?"), Ids{0});
+}
+
+// Names out of few letters and few words, so that queries have many answers.
+std::wstring anyName(std::mt19937& random) {
+    static const wchar_t* const kWords[] = {L"plan",   L"Report", L"lib",  L"an",
+                                            L"banana", L"x",      L"2021", L"\u30E1\u30E2"};
+    static const wchar_t* const kEnds[] = {L".txt", L".TXT", L".tar.gz", L"", L".", L".c"};
+    std::wstring name;
+    for (std::uint32_t parts = random() % 4; parts != 0; --parts) {
+        if (random() % 3 == 0) {
+            name += static_cast<wchar_t>(L'a' + random() % 3);
+        } else {
+            name += kWords[random() % std::size(kWords)];
+        }
+        if (random() % 3 == 0) name += L"-";
+    }
+    return name + kEnds[random() % std::size(kEnds)];
+}
+
+std::wstring anyQuery(std::mt19937& random) {
+    std::wstring query = anyName(random);
+    if (query.size() > 1) query = query.substr(random() % query.size(), 1 + random() % 6);
+    const bool pattern = random() % 2 == 0;
+    for (int changes = static_cast<int>(random() % 3); pattern && changes >= 0; --changes) {
+        static const wchar_t* const kPieces[] = {L"*", L"?", L"*", L";", L", ", L"*.txt", L"|*.c"};
+        query.insert(random() % (query.size() + 1), kPieces[random() % std::size(kPieces)]);
+    }
+    return query;
+}
+
+TEST_F(SearchNamesTest, AnswersAreThoseOfAPlainLoop) {
+    std::mt19937 random(3);
+    for (int i = 0; i < 5000; ++i) file(anyName(random));
+    for (int i = 0; i < 500; ++i) index.removeRecord(random() % 5000);
+    for (int i = 0; i < 200; ++i) {
+        const std::wstring query = anyQuery(random);
+        const Ids expected = plain::search(index, query);
+        ASSERT_EQ(index.searchNames(query), expected) << utf8FromWide(query);
+        ASSERT_EQ(index.searchNames(query), expected) << utf8FromWide(query) << " again";
+    }
+}
+
+TEST_F(SearchNamesTest, AnswersStayThoseOfAPlainLoopThroughChangesAndLoads) {
+    std::mt19937 random(4);
+    CacheFixture cache;
+    for (int step = 0; step < 3000; ++step) {
+        const std::size_t records = index.records().size();
+        const auto any = [&] {
+            return static_cast<std::uint32_t>(random() % std::max<std::size_t>(records, 1));
+        };
+        switch (random() % 4) {
+            case 0:
+                index.createRecord({nextFrn++, 5, 0, 0, 0, 0}, anyName(random));
+                break;
+            case 1:
+                index.removeRecord(any());
+                break;
+            case 2:
+                if (records != 0 && !record(any()).deleted()) {
+                    const std::uint32_t id = any();
+                    if (!record(id).deleted()) index.renameRecord(id, {1, 5, 0, 0, 0, 0}, anyName(random));
+                }
+                break;
+            default:
+                file(anyName(random));
+        }
+        if (step % 500 == 499) {
+            ASSERT_TRUE(cache.save(index));
+            ASSERT_TRUE(cache.load(index));
+        }
+        if (step % 20 != 0) continue;
+        const std::wstring query = anyQuery(random);
+        Ids found = index.searchNames(query);
+        std::sort(found.begin(), found.end());
+        ASSERT_EQ(found, plain::search(index, query)) << utf8FromWide(query);
+    }
+}
+
+TEST_F(SearchNamesTest, AWriterAndReadersShareTheIndexMutex) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 300; ++i) file(anyName(random));
+    std::vector<std::thread> readers;
+    for (int reader = 0; reader < 2; ++reader) {
+        readers.emplace_back([this, reader] {
+            std::mt19937 own(static_cast<unsigned>(reader));
+            for (int i = 0; i < 200; ++i) {
+                const std::wstring query = anyQuery(own);
+                const std::lock_guard lock(index.mutex);
+                Ids ids = index.searchNames(query);
+                index.sortResults(ids, static_cast<std::uint32_t>(i % 4), i % 8 < 4);
+                for (const IndexRow& row : index.entriesForRange(ids, 0, 5))
+                    ASSERT_FALSE(row.record->deleted());
+            }
+        });
+    }
+    for (int i = 0; i < 400; ++i) {
+        const std::wstring name = anyName(random);
+        const std::lock_guard lock(index.mutex);
+        index.removeRecord(static_cast<std::uint32_t>(random() % 300));
+        index.createRecord({nextFrn++, 5, 0, 0, 0, 0}, name);
+    }
+    for (std::thread& reader : readers) reader.join();
+}
+
+}  // namespace
+}  // namespace varnelo
