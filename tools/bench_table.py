@@ -1,7 +1,8 @@
 """Prints the results of Google Benchmark as a table: name, value, unit, bar, ok or short.
 
 A benchmark names its bar with a counter `bar`, in the unit of its time; a counter `allocations` has the bar
-that a counter `allocations_bar` names, or 0. Rows without a bar are peers and stand for comparison alone.
+that a counter `allocations_bar` names, or 0. Any other counter `x_bar` is the bar of a counter `x`: of a ratio to a peer
+in the same run. Rows without a bar are peers and stand for comparison alone.
 """
 import json
 import sys
@@ -15,6 +16,9 @@ def rows(results):
         yield name, item["real_time"], item["time_unit"], item.get("bar")
         if "allocations" in item:
             yield name + ":allocations", item["allocations"], "per frame", item.get("allocations_bar", 0)
+        for key, bar in item.items():
+            if key.endswith("_bar") and key != "allocations_bar":
+                yield f"{name}:{key[:-4]}", item[key[:-4]], "", bar
 
 
 def main(path):

@@ -68,7 +68,7 @@ public:
         index.keys.clear();
         index.listsComplete = false;
         const bool complete = readRecords() && readPool() && readExtensions() && readLists();
-        index.column.rebuild(index.records());
+        index.column.rebuild(index.records(), index.pool);
         index.pathCache.clear();
         if (!complete) return false;
         enterKeys();

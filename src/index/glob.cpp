@@ -1,18 +1,19 @@
 #include "index/glob.h"
 
+#include <utility>
+
 #include "index/grams.h"
 
 namespace varnelo {
 
-bool globMatches(GlobPattern pattern, const std::uint16_t* name, std::size_t limit) {
+bool globMatches(GlobUnits pattern, NameUnits name) {
     constexpr std::size_t kNoStar = ~std::size_t{0};
     std::size_t i = 0;
     std::size_t j = 0;
     std::size_t behindStar = kNoStar;
     std::size_t matched = 0;  // how much of the name the last star and what stands before it take
-    while (j < limit && name[j] != 0) {
+    while (j < name.size()) {
         if (i < pattern.size() && pattern[i] == '*') {
-            if (i + 1 == pattern.size()) return true;
             behindStar = ++i;
             matched = j;
         } else if (i < pattern.size() && (pattern[i] == '?' || pattern[i] == lowerNameUnit(name[j]))) {
@@ -27,6 +28,29 @@ bool globMatches(GlobPattern pattern, const std::uint16_t* name, std::size_t lim
     }
     while (i < pattern.size() && pattern[i] == '*') ++i;
     return i == pattern.size();
+}
+
+Glob::Glob(std::vector<std::uint16_t> loweredPattern) : pattern(std::move(loweredPattern)) {
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] == '*') {
+            hasStar = true;
+            behindLastStar = i + 1;
+            continue;
+        }
+        ++shortest;
+        if (pattern[i] != '?') onlyWildcards = false;
+    }
+}
+
+bool Glob::matches(NameUnits name) const {
+    if (!fits(name.size())) return false;
+    if (onlyWildcards) return true;
+    const GlobUnits end = units().subspan(behindLastStar);
+    const NameUnits nameEnd = name.last(end.size());
+    for (std::size_t i = end.size(); i-- != 0;) {
+        if (end[i] != '?' && end[i] != lowerNameUnit(nameEnd[i])) return false;
+    }
+    return globMatches(pattern, name);
 }
 
 }  // namespace varnelo

@@ -16,23 +16,18 @@ constexpr std::size_t kAtOnce = 64;
 // names of any length, without memory of their own.
 template <class Use>
 void forGrams(NameUnits name, PostingMap& unigrams, PostingMap& bigrams, PostingMap& trigrams, Use use) {
+    std::array<std::uint16_t, kAtOnce + 2> units{};
     std::array<std::uint64_t, kAtOnce> ones;
     std::array<std::uint64_t, kAtOnce> twos;
     std::array<std::uint64_t, kAtOnce> threes;
     for (std::size_t begin = 0; begin < name.size(); begin += kAtOnce) {
         const std::size_t count = std::min(kAtOnce, name.size() - begin);
-        const auto unitAt = [&](std::size_t i) {
-            return i < name.size() ? lowerNameUnit(name[i]) : std::uint16_t{0};
-        };
-        std::uint16_t b = unitAt(begin);
-        std::uint16_t c = unitAt(begin + 1);
+        const std::size_t filled = std::min(count + 2, name.size() - begin);
+        std::transform(name.begin() + begin, name.begin() + begin + filled, units.begin(), lowerNameUnit);
         for (std::size_t i = 0; i < count; ++i) {
-            const std::uint16_t a = b;
-            b = c;
-            c = unitAt(begin + i + 2);
-            ones[i] = unigramKey(a);
-            twos[i] = bigramKey(a, b);
-            threes[i] = trigramKey(a, b, c);
+            ones[i] = unigramKey(units[i]);
+            twos[i] = bigramKey(units[i], units[i + 1]);
+            threes[i] = trigramKey(units[i], units[i + 1], units[i + 2]);
         }
         const auto within = [&](std::size_t gramUnits) {
             return begin + gramUnits > name.size() ? 0 : std::min(count, name.size() - begin - gramUnits + 1);

@@ -2,7 +2,6 @@
 
 #include <emmintrin.h>
 
-#include <algorithm>
 #include <bit>
 
 #include "index/grams.h"
@@ -29,29 +28,20 @@ unsigned bitsOf(__m128i mask) { return static_cast<unsigned>(_mm_movemask_epi8(m
 
 }  // namespace
 
-NameNeedle::NameNeedle(std::span<const std::uint16_t> loweredText)
-    : text(loweredText.begin(), loweredText.end()),
-      possible(std::find(text.begin(), text.end(), 0) == text.end()) {}
-
-bool NameNeedle::isIn(const std::uint16_t* name, std::size_t limit) const {
-    if (!possible) return false;
+bool NameNeedle::isIn(NameUnits name) const {
     const __m128i first = eightTimes(text[0]);
     const __m128i second = eightTimes(text[1]);
-    for (std::size_t at = 0; at + text.size() <= limit; at += 8) {
-        const __m128i units = eightUnits(name + at);
-        const __m128i next = eightUnits(name + at + 1);
-        unsigned hits = bitsOf(_mm_and_si128(_mm_cmpeq_epi16(lowerUnits(units), first),
-                                             _mm_cmpeq_epi16(lowerUnits(next), second)));
-        const unsigned ends = bitsOf(_mm_cmpeq_epi16(units, _mm_setzero_si128()));
-        if (ends != 0) hits &= (ends & -ends) - 1;
+    for (std::size_t at = 0; at + text.size() <= name.size(); at += 8) {
+        const __m128i units = lowerUnits(eightUnits(name.data() + at));
+        const __m128i next = lowerUnits(eightUnits(name.data() + at + 1));
+        unsigned hits = bitsOf(_mm_and_si128(_mm_cmpeq_epi16(units, first), _mm_cmpeq_epi16(next, second)));
         for (; hits != 0; hits &= hits - 1, hits &= hits - 1) {
             const std::size_t begin = at + static_cast<std::size_t>(std::countr_zero(hits)) / 2;
-            if (begin + text.size() > limit) return false;
+            if (begin + text.size() > name.size()) return false;
             std::size_t same = 2;
             while (same < text.size() && lowerNameUnit(name[begin + same]) == text[same]) ++same;
             if (same == text.size()) return true;
         }
-        if (ends != 0) return false;
     }
     return false;
 }

@@ -1,6 +1,9 @@
 #include "index/name_pool.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
+#include <bit>
 
 namespace varnelo {
 
@@ -19,8 +22,17 @@ std::uint32_t NamePool::add(std::wstring_view name) {
 NameUnits NamePool::at(std::uint32_t offset) const {
     if (!holds(offset)) return {};
     const std::uint16_t* begin = units.data() + offset;
-    const std::uint16_t* limit = begin + std::min(units.size() - offset, kLongestName);
-    return {begin, std::find(begin, limit, 0)};
+    const std::size_t limit = std::min(units.size() - offset, kLongestName);
+    std::size_t length = 0;
+    // What lies behind the limit may be read, but does not count.
+    for (; length < limit; length += 8) {
+        const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(begin + length));
+        const int ends = _mm_movemask_epi8(_mm_cmpeq_epi16(eight, _mm_setzero_si128()));
+        if (ends == 0) continue;
+        length += static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(ends))) / 2;
+        break;
+    }
+    return {begin, std::min(length, limit)};
 }
 
 std::uint16_t* NamePool::beginStored(std::size_t count) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <tuple>
 
 #include "index/extension_table.h"
 #include "index/glob.h"
@@ -22,11 +23,7 @@ std::vector<std::uint16_t> loweredUnits(std::wstring_view text) {
     return units;
 }
 
-std::size_t limitAt(const NamePool& names, std::uint32_t offset) {
-    return std::min(names.size() - offset, NamePool::kLongestName);
-}
-
-// Runs test(index, name, limit) over a stream of records whose names are usable. Names lie far apart: each is
+// Runs test(index, name) over a stream of records whose names are usable. Names lie far apart: each is
 // asked for from memory well before its turn.
 template <class Test>
 class NameStream {
@@ -36,14 +33,14 @@ public:
 
     void push(std::uint32_t index) {
         __builtin_prefetch(&columns.nameOffsets()[index]);
+        __builtin_prefetch(&columns.nameLengths()[index]);
         waiting[count++] = index;
         if (count == waiting.size()) flush();
     }
     void flush() {
         for (std::size_t i = 0; i < count; ++i) __builtin_prefetch(nameAt(i));
         for (std::size_t i = 0; i < count; ++i) {
-            const std::uint32_t offset = columns.nameOffsets()[waiting[i]];
-            test(waiting[i], names.data() + offset, limitAt(names, offset));
+            test(waiting[i], NameUnits(nameAt(i), columns.nameLengths()[waiting[i]]));
         }
         count = 0;
     }
@@ -65,6 +62,25 @@ void forBits(const FlatArray<std::uint64_t>& words, const FlatArray<std::uint64_
     for (std::size_t w = 0; w < words.size(); ++w) {
         for (std::uint64_t bits = words[w] & among[w]; bits != 0; bits &= bits - 1) {
             use(static_cast<std::uint32_t>(w * 64 + static_cast<std::size_t>(std::countr_zero(bits))));
+        }
+    }
+}
+
+// Appends the entries of the segment that are among the matches, which ascend, as often as they stand there.
+void keepMatches(const PostingSegment& segment, const std::vector<std::uint32_t>& matches,
+                 std::vector<std::uint32_t>& found) {
+    if (!segment.ascending) {
+        for (std::size_t i = 0; i < segment.count; ++i) {
+            const std::uint32_t entry = segment.at(i);
+            if (std::binary_search(matches.begin(), matches.end(), entry)) found.push_back(entry);
+        }
+        return;
+    }
+    std::size_t at = 0;
+    for (const std::uint32_t match : matches) {
+        at = segment.lowerBound(match, at);
+        for (; at < segment.count && (segment.at(at) & ~kRemovedEntry) == match; ++at) {
+            if (segment.at(at) == match) found.push_back(match);
         }
     }
 }
@@ -112,7 +128,7 @@ void NameSearch::findText(const Units& text, Ids& found) {
     const auto first = from.trigrams.find(trigramKey(text[0], text[1], text[2]));
     if (!first) return;
     if (text.size() > 3) {
-        findByRarestTrigram(text, *first, found);
+        findByAllTrigrams(text, *first, found);
     } else if (from.listsComplete && from.trigrams.verified(*first)) {
         collectList(from.trigrams, *first, found);
     } else if (filterList(*first, NameNeedle(text), found)) {
@@ -123,19 +139,24 @@ void NameSearch::findText(const Units& text, Ids& found) {
 void NameSearch::collectList(const PostingMap& map, std::uint32_t list, Ids& found) const {
     const std::size_t records = from.columns.size();
     if (records == 0) return;
-    found.resize(map.roughSize(list));
-    std::uint32_t* to = found.data();
+    found.reserve(map.roughSize(list));
     const std::uint64_t* alive = from.columns.liveWords().data();
+    std::array<std::uint32_t, 1024> block;
     map.forEachSegment(list, [&](const PostingSegment& segment) {
-        // Without a branch: the next place is written in any case, and kept when the entry counts.
-        for (std::size_t i = 0; i < segment.count; ++i) {
-            const std::uint32_t entry = segment.at(i);
-            const std::uint32_t index = entry < records ? entry : 0;
-            *to = entry;
-            to += (alive[index / 64] >> index % 64 & 1) & static_cast<std::uint64_t>(entry < records);
+        for (std::size_t begin = 0; begin < segment.count; begin += block.size()) {
+            const std::size_t end = std::min(segment.count, begin + block.size());
+            std::uint32_t* to = block.data();
+            // Without a branch: the next place is written in any case, and kept when the entry counts.
+            for (std::size_t i = begin; i < end; ++i) {
+                const std::uint32_t entry = segment.at(i);
+                const bool known = entry < records;
+                const std::uint32_t index = known ? entry : 0;
+                *to = entry;
+                to += alive[index / 64] >> index % 64 & std::uint64_t{known};
+            }
+            found.insert(found.end(), block.data(), to);
         }
     });
-    found.resize(static_cast<std::size_t>(to - found.data()));
     if (!from.columns.namesWithin(from.names.size())) {
         std::erase_if(found, [this](std::uint32_t index) { return !usable(index); });
     }
@@ -143,14 +164,13 @@ void NameSearch::collectList(const PostingMap& map, std::uint32_t list, Ids& fou
 
 bool NameSearch::filterList(std::uint32_t list, const NameNeedle& needle, Ids& found) const {
     bool all = true;
-    NameStream stream(from.columns, from.names,
-                      [&](std::uint32_t index, const std::uint16_t* name, std::size_t limit) {
-                          if (needle.isIn(name, limit)) {
-                              found.push_back(index);
-                          } else {
-                              all = false;
-                          }
-                      });
+    NameStream stream(from.columns, from.names, [&](std::uint32_t index, NameUnits name) {
+        if (needle.isIn(name)) {
+            found.push_back(index);
+        } else {
+            all = false;
+        }
+    });
     from.trigrams.forEachSegment(list, [&](const PostingSegment& segment) {
         for (std::size_t i = 0; i < segment.count; ++i) {
             const std::uint32_t entry = segment.at(i);
@@ -166,44 +186,26 @@ bool NameSearch::filterList(std::uint32_t list, const NameNeedle& needle, Ids& f
 }
 
 // The answer is what the list of the first three units holds. Which of its records hold the whole text is
-// found out from the shortest of the lists that they must all be in.
-void NameSearch::findByRarestTrigram(const Units& text, std::uint32_t first, Ids& found) {
-    std::uint32_t rarest = first;
-    std::size_t size = from.trigrams.roughSize(first);
-    for (std::size_t i = 1; i + 2 < text.size() && from.listsComplete; ++i) {
-        const auto list = from.trigrams.find(trigramKey(text[i], text[i + 1], text[i + 2]));
-        if (!list) return;
-        const std::size_t entries = from.trigrams.roughSize(*list);
-        if (entries < size) {
-            size = entries;
-            rarest = *list;
-        }
-    }
+// found out among those that stand in the lists of all threes.
+void NameSearch::findByAllTrigrams(const Units& text, std::uint32_t first, Ids& found) const {
     const NameNeedle needle(text);
-    if (rarest == first) {
+    if (!from.listsComplete) {
         filterList(first, needle, found);
         return;
     }
+    const std::vector<GramList> lists = gramsOf(text);
+    if (lists.front().size == 0) return;
+    const Marks candidates = recordsInAll(lists);
     Ids matches;
-    filterList(rarest, needle, matches);
-    std::sort(matches.begin(), matches.end());
-    matches.erase(std::unique(matches.begin(), matches.end()), matches.end());
-    from.trigrams.forEachSegment(first, [&](const PostingSegment& segment) {
-        if (!segment.ascending) {
-            for (std::size_t i = 0; i < segment.count; ++i) {
-                if (std::binary_search(matches.begin(), matches.end(), segment.at(i)))
-                    found.push_back(segment.at(i));
-            }
-            return;
-        }
-        std::size_t at = 0;
-        for (const std::uint32_t match : matches) {
-            at = segment.lowerBound(match, at);
-            for (; at < segment.count && (segment.at(at) & ~kRemovedEntry) == match; ++at) {
-                if (segment.at(at) == match) found.push_back(match);
-            }
-        }
+    NameStream stream(from.columns, from.names, [&](std::uint32_t index, NameUnits name) {
+        if (needle.isIn(name)) matches.push_back(index);
     });
+    forBits(candidates, from.columns.liveWords(), [&](std::uint32_t index) {
+        if (usable(index)) stream.push(index);
+    });
+    stream.flush();
+    from.trigrams.forEachSegment(
+        first, [&](const PostingSegment& segment) { keepMatches(segment, matches, found); });
 }
 
 void NameSearch::findExtensions(const std::vector<std::wstring>& wanted, Ids& found) const {
@@ -227,76 +229,103 @@ void NameSearch::findExtensions(const std::vector<std::wstring>& wanted, Ids& fo
     }
 }
 
-NameSearch::GramList NameSearch::rarestGram(const Units& pattern) const {
-    GramList best{nullptr, 0, ~std::size_t{0}};
-    const auto consider = [&](const PostingMap& map, std::uint64_t key) {
+std::vector<NameSearch::GramList> NameSearch::gramsOf(GlobUnits pattern) const {
+    std::vector<GramList> lists;
+    const auto add = [&](const PostingMap& map, std::uint64_t key) {
         const auto list = map.find(key);
-        const std::size_t size = list ? map.roughSize(*list) : 0;
-        if (size < best.size) best = {&map, list.value_or(0), size};
+        lists.push_back({&map, list.value_or(0), list ? map.roughSize(*list) : 0});
     };
     const auto isLiteral = [&](std::size_t i) {
         return i < pattern.size() && pattern[i] != '*' && pattern[i] != '?';
     };
     for (std::size_t i = 0; i < pattern.size(); ++i) {
         if (!isLiteral(i)) continue;
+        const bool begins = i == 0 || !isLiteral(i - 1);
         if (isLiteral(i + 1) && isLiteral(i + 2)) {
-            consider(from.trigrams, trigramKey(pattern[i], pattern[i + 1], pattern[i + 2]));
-        } else if (isLiteral(i + 1)) {
-            consider(from.bigrams, bigramKey(pattern[i], pattern[i + 1]));
-        } else {
-            consider(from.unigrams, unigramKey(pattern[i]));
+            add(from.trigrams, trigramKey(pattern[i], pattern[i + 1], pattern[i + 2]));
+        } else if (begins && isLiteral(i + 1)) {
+            add(from.bigrams, bigramKey(pattern[i], pattern[i + 1]));
+        } else if (begins) {
+            add(from.unigrams, unigramKey(pattern[i]));
         }
     }
-    return best;
+    const auto placeOf = [](const GramList& list) { return std::tuple(list.size, list.map, list.list); };
+    std::sort(lists.begin(), lists.end(),
+              [&](const GramList& a, const GramList& b) { return placeOf(a) < placeOf(b); });
+    const auto same = [&](const GramList& a, const GramList& b) { return placeOf(a) == placeOf(b); };
+    lists.erase(std::unique(lists.begin(), lists.end(), same), lists.end());
+    return lists;
 }
 
-bool NameSearch::markCandidates(const std::vector<Units>& patterns, FlatArray<std::uint64_t>& marks) const {
-    if (!from.listsComplete) return false;
-    std::vector<GramList> lists;
-    std::size_t entries = 0;
-    for (const Units& pattern : patterns) {
-        lists.push_back(rarestGram(pattern));
-        if (lists.back().map == nullptr) return false;
-        entries += lists.back().size;
-        // A pass over all names reads memory in order; a mark costs a fraction of a name.
-        if (entries > from.columns.size() / 2) return false;
-    }
+void NameSearch::mark(const GramList& list, Marks& marks) const {
     marks.assign(from.columns.liveWords().size(), 0);
-    for (const GramList& list : lists) {
-        if (list.size == 0) continue;
-        list.map->forEachSegment(list.list, [&](const PostingSegment& segment) {
-            for (std::size_t i = 0; i < segment.count; ++i) {
-                const std::uint32_t entry = segment.at(i);
-                if (entry < from.columns.size()) marks[entry / 64] |= std::uint64_t{1} << entry % 64;
-            }
-        });
+    if (list.size == 0) return;
+    const std::size_t records = from.columns.size();
+    list.map->forEachSegment(list.list, [&](const PostingSegment& segment) {
+        for (std::size_t i = 0; i < segment.count; ++i) {
+            const std::uint32_t entry = segment.at(i);
+            if (entry < records) marks[entry / 64] |= std::uint64_t{1} << entry % 64;
+        }
+    });
+}
+
+NameSearch::Marks NameSearch::recordsInAll(const std::vector<GramList>& lists) const {
+    // To read a list's entry costs a small part of what it costs to look at a name.
+    constexpr std::size_t kEntriesForAName = 8;
+    Marks marks;
+    Marks further;
+    mark(lists.front(), marks);
+    std::size_t left = lists.front().size;
+    for (std::size_t i = 1; i < lists.size() && lists[i].size < kEntriesForAName * left; ++i) {
+        mark(lists[i], further);
+        left = 0;
+        for (std::size_t w = 0; w < marks.size(); ++w) {
+            marks[w] &= further[w];
+            left += static_cast<std::size_t>(std::popcount(marks[w]));
+        }
     }
-    return true;
+    return marks;
 }
 
 void NameSearch::findPatterns(const std::vector<std::wstring>& patterns, Ids& found) const {
-    std::vector<Units> globs;
-    for (const std::wstring& pattern : patterns) globs.push_back(loweredUnits(pattern));
-    NameStream stream(from.columns, from.names,
-                      [&](std::uint32_t index, const std::uint16_t* name, std::size_t limit) {
-                          for (const Units& glob : globs) {
-                              if (!globMatches(glob, name, limit)) continue;
-                              found.push_back(index);
-                              return;
-                          }
-                      });
+    std::vector<Glob> globs;
+    for (const std::wstring& pattern : patterns) globs.emplace_back(loweredUnits(pattern));
+    if (globs.empty()) return;
+    const Marks& alive = from.columns.liveWords();
+    if (std::all_of(globs.begin(), globs.end(), [](const Glob& glob) { return glob.wildcardsOnly(); })) {
+        forBits(alive, alive, [&](std::uint32_t index) {
+            const std::size_t length = from.columns.nameLengths()[index];
+            const auto fits = [&](const Glob& glob) { return glob.fits(length); };
+            if (usable(index) && std::any_of(globs.begin(), globs.end(), fits)) found.push_back(index);
+        });
+        return;
+    }
+    NameStream stream(from.columns, from.names, [&](std::uint32_t index, NameUnits name) {
+        const auto matches = [&](const Glob& glob) { return glob.matches(name); };
+        if (std::any_of(globs.begin(), globs.end(), matches)) found.push_back(index);
+    });
     const auto look = [&](std::uint32_t index) {
         if (usable(index)) stream.push(index);
     };
-    FlatArray<std::uint64_t> marks;
-    const FlatArray<std::uint64_t>& alive = from.columns.liveWords();
-    if (globs.empty()) return;
-    if (markCandidates(globs, marks)) {
-        forBits(marks, alive, look);
+    Marks candidates;
+    if (markCandidates(globs, candidates)) {
+        forBits(candidates, alive, look);
     } else {
         forBits(alive, alive, look);
     }
     stream.flush();
+}
+
+bool NameSearch::markCandidates(const std::vector<Glob>& globs, Marks& candidates) const {
+    if (!from.listsComplete) return false;
+    candidates.assign(from.columns.liveWords().size(), 0);
+    for (const Glob& glob : globs) {
+        const std::vector<GramList> lists = gramsOf(glob.units());
+        if (lists.empty()) return false;
+        const Marks marks = recordsInAll(lists);
+        for (std::size_t w = 0; w < marks.size(); ++w) candidates[w] |= marks[w];
+    }
+    return true;
 }
 
 }  // namespace varnelo

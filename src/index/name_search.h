@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "index/glob.h"
 #include "index/name_pool.h"
 #include "index/posting_map.h"
 #include "index/record_columns.h"
@@ -36,10 +37,12 @@ public:
 private:
     using Ids = std::vector<std::uint32_t>;
     using Units = std::vector<std::uint16_t>;
+    // A bit for each record, in the form of RecordColumns::liveWords().
+    using Marks = FlatArray<std::uint64_t>;
     struct GramList {
         const PostingMap* map;
         std::uint32_t list;
-        std::size_t size;
+        std::size_t size;  // 0: there is no such list
     };
 
     void collectLive(Ids& found) const;
@@ -47,14 +50,17 @@ private:
     void collectList(const PostingMap& map, std::uint32_t list, Ids& found) const;
     // The entries of the list, in order, whose names hold the text. Answers whether all of them do.
     bool filterList(std::uint32_t list, const NameNeedle& needle, Ids& found) const;
-    void findByRarestTrigram(const Units& text, std::uint32_t first, Ids& found);
+    void findByAllTrigrams(const Units& text, std::uint32_t first, Ids& found) const;
     void findExtensions(const std::vector<std::wstring>& wanted, Ids& found) const;
     void findPatterns(const std::vector<std::wstring>& patterns, Ids& found) const;
-    // The shortest list that a name must be in to match; its map is null when there is none, and the size is
-    // 0 when no name matches.
-    GramList rarestGram(const Units& pattern) const;
-    // Bits of records that may match, in the form of RecordColumns::liveWords(). False: look at all.
-    bool markCandidates(const std::vector<Units>& patterns, FlatArray<std::uint64_t>& marks) const;
+    // The lists that a name must be in to match, the shortest first. One without entries is told as such: no
+    // name matches then.
+    std::vector<GramList> gramsOf(GlobUnits pattern) const;
+    // Marks the records that stand in all of the lists, and perhaps some more.
+    Marks recordsInAll(const std::vector<GramList>& lists) const;
+    void mark(const GramList& list, Marks& marks) const;
+    // False: any record may match.
+    bool markCandidates(const std::vector<Glob>& globs, Marks& candidates) const;
     bool usable(std::uint32_t index) const;
 
     Source from;

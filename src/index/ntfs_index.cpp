@@ -62,7 +62,7 @@ void NTFSIndex::store(std::uint32_t index, const FileFacts& facts, std::wstring_
     record.flags = facts.flags;
     record.volume = currentVolume;
     record.extension = extensionTable.idOf(name);
-    column.set(index, record);
+    column.set(index, record, pool);
     enterKey(index);
     if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
 }
@@ -79,7 +79,7 @@ void NTFSIndex::renameRecord(std::uint32_t index, const FileFacts& facts, std::w
     record.modified = facts.modified;
     record.attributes = facts.attributes;
     record.extension = extensionTable.idOf(name);
-    column.set(index, record);
+    column.set(index, record, pool);
     if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
 }
 
@@ -125,7 +125,7 @@ void NTFSIndex::pruneRecord(std::uint32_t index) {
 
 void NTFSIndex::tombstone(std::uint32_t index) {
     table[index].flags |= FileRecord::kDeleted;
-    column.set(index, table[index]);
+    column.set(index, table[index], pool);
 }
 
 void NTFSIndex::addPostings(std::uint32_t index, std::wstring_view name) {

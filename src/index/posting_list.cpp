@@ -27,6 +27,8 @@ std::size_t PostingSegment::lowerBound(std::uint32_t index, std::size_t from) co
 
 std::size_t PostingSegment::remove(std::uint32_t index) {
     std::size_t removed = 0;
+    if (count == 0) return 0;
+    if (ascending && ((at(0) & ~kRemovedEntry) > index || (at(count - 1) & ~kRemovedEntry) < index)) return 0;
     for (std::size_t i = ascending ? lowerBound(index) : 0; i < count; ++i) {
         const std::uint32_t entry = at(i);
         if (ascending && (entry & ~kRemovedEntry) != index) break;

@@ -2,14 +2,24 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace varnelo {
 
 namespace {
 
 constexpr std::uint32_t kFirstChunkEntries = 4;
-constexpr std::uint32_t kLargestChunkEntries = 16384;
+constexpr std::uint32_t kLargestChunkEntries = 65536;
+constexpr std::uint32_t kLongestUnordered = 1024;
 constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
+// Entries wait for company up to these numbers; the first is that of the places that 16 bits can tell apart.
+constexpr std::size_t kMostWaitingNames = 0x10000;
+constexpr std::size_t kMostWaiting = std::size_t{1} << 20;
+// Narrower keys are few: their lists are in the cache anyway.
+constexpr std::size_t kWaitingKeyBytes = 8;
+constexpr std::size_t kSeen = 8192;
+// Fewer are entered as they come.
+constexpr std::size_t kDealFrom = 4096;
 // A list is packed when it has more removed entries than this and than others.
 constexpr std::size_t kRemovedAtLeast = 64;
 
@@ -17,9 +27,12 @@ std::uint64_t tagOf(std::uint64_t hash) { return hash >> 43; }
 
 }  // namespace
 
-std::optional<std::uint32_t> PostingMap::find(std::uint64_t key) const { return find(key, mixedHash(key)); }
+std::optional<std::uint32_t> PostingMap::find(std::uint64_t key) const {
+    settle();
+    return findSettled(key, mixedHash(key));
+}
 
-std::optional<std::uint32_t> PostingMap::find(std::uint64_t key, std::uint64_t hash) const {
+std::optional<std::uint32_t> PostingMap::findSettled(std::uint64_t key, std::uint64_t hash) const {
     return slots.find(
         hash, [&](std::uint32_t list) { return refs[list].tag == tagOf(hash) && keyOf(list) == key; });
 }
@@ -61,7 +74,7 @@ std::vector<std::uint32_t> PostingMap::entries(std::uint32_t list) const {
 }
 
 std::uint32_t PostingMap::findOrAdd(std::uint64_t key, std::uint64_t hash) {
-    if (const auto known = find(key, hash)) return *known;
+    if (const auto known = findSettled(key, hash)) return *known;
     const auto list = static_cast<std::uint32_t>(refs.size());
     Body body{};
     body.key = key;
@@ -71,32 +84,65 @@ std::uint32_t PostingMap::findOrAdd(std::uint64_t key, std::uint64_t hash) {
     return list;
 }
 
-// Finding a list and writing its end are three misses of the cache one after the other; done in three sweeps
-// over the grams of a name, those of different grams overlap.
-void PostingMap::append(std::span<const std::uint64_t> keys, std::uint32_t index) {
-    constexpr std::size_t kAtOnce = 64;
-    std::array<std::uint64_t, kAtOnce> hashes;
-    std::array<std::uint32_t, kAtOnce> lists;
-    while (!keys.empty()) {
-        const std::size_t count = std::min(keys.size(), kAtOnce);
-        for (std::size_t i = 0; i < count; ++i) {
-            hashes[i] = mixedHash(keys[i]);
-            __builtin_prefetch(slots.home(hashes[i]));
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            lists[i] = findOrAdd(keys[i], hashes[i]);
-            if (refs[lists[i]].hasBody) __builtin_prefetch(&bodies[refs[lists[i]].at].tail);
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            Body& body = bodyOf(lists[i]);
-            if (body.tail == body.tailEnd) extend(body);
-            if (body.tail != body.last->entries() && index < (body.tail[-1] & ~kRemovedEntry)) {
-                body.last->ascending = false;
-            }
-            *body.tail++ = index;
-        }
-        keys = keys.subspan(count);
+inline PostingMap::Body& PostingMap::bodyFor(std::uint64_t key) {
+    Seen& place = seen[(key ^ key >> 11 ^ key >> 22) % kSeen];
+    if (place.key != key) {
+        const Body& body = bodyOf(findOrAdd(key, mixedHash(key)));
+        place = {key, static_cast<std::uint64_t>(&body - bodies.data())};
     }
+    return bodies[place.body];
+}
+
+inline void PostingMap::appendOne(std::uint64_t key, std::uint32_t index) {
+    Body& body = bodyFor(key);
+    if (body.tail == body.tailEnd) extend(body);
+    if (index < body.newest) noteDescent(body);
+    body.newest = index;
+    *body.tail++ = index;
+}
+
+void PostingMap::append(std::span<const std::uint64_t> keys, std::uint32_t index) {
+    if (seen.empty()) seen.assign(kSeen, {~std::uint64_t{0}, 0});
+    if (keyWidth < kWaitingKeyBytes) {
+        for (const std::uint64_t key : keys) appendOne(key, index);
+        return;
+    }
+    if (waitingIndices.size() == kMostWaitingNames || waiting.size() >= kMostWaiting) settleWaiting();
+    const std::uint64_t place = waitingIndices.size();
+    waitingIndices.push_back(index);
+    waiting.makeRoom(keys.size());
+    std::uint64_t* to = waiting.end();
+    waiting.resizeUnwritten(waiting.size() + keys.size());
+    for (const std::uint64_t key : keys) *to++ = key << 16 | place;
+}
+
+void PostingMap::settle() const {
+    if (waiting.empty()) return;
+    auto& self = const_cast<PostingMap&>(*this);
+    self.settleWaiting();
+    self.waiting.clear();
+    self.waitingIndices.clear();
+}
+
+// Lists and their ends lie far apart. Many entries are dealt out first into heaps of keys that belong to few
+// lists, which then stay in the cache while a heap is entered. Entries of one key keep their order.
+void PostingMap::settleWaiting() {
+    const auto enter = [&](std::uint64_t entry) { appendOne(entry >> 16, waitingIndices[entry & 0xFFFF]); };
+    if (waiting.size() < kDealFrom) {
+        std::for_each(waiting.begin(), waiting.end(), enter);
+        waiting.resizeUnwritten(0);
+        waitingIndices.resizeUnwritten(0);
+        return;
+    }
+    const auto heapOf = [](std::uint64_t entry) { return (entry >> 16) * 0x9E3779B97F4A7C15 >> 59; };
+    std::array<std::size_t, 33> heaps{};
+    for (const std::uint64_t entry : waiting) ++heaps[heapOf(entry) + 1];
+    for (std::size_t heap = 1; heap < heaps.size(); ++heap) heaps[heap] += heaps[heap - 1];
+    const auto dealt = std::make_unique_for_overwrite<std::uint64_t[]>(waiting.size());
+    for (const std::uint64_t entry : waiting) dealt[heaps[heapOf(entry)]++] = entry;
+    std::for_each(dealt.get(), dealt.get() + waiting.size(), enter);
+    waiting.resizeUnwritten(0);
+    waitingIndices.resizeUnwritten(0);
 }
 
 PostingMap::Body& PostingMap::bodyOf(std::uint32_t list) {
@@ -104,11 +150,28 @@ PostingMap::Body& PostingMap::bodyOf(std::uint32_t list) {
     if (ref.hasBody) return bodies[ref.at];
     Body body{};
     body.key = keyOf(list);
-    body.stored = storedAt(ref);
+    const PostingSegment stored = storedAt(ref);
+    body.stored = stored.entries;
+    body.storedCount = stored.count;
+    body.storedAscending = stored.ascending;
     ref.at = bodies.size();
     ref.hasBody = 1;
     bodies.push_back(body);
     return bodies.back();
+}
+
+// What does not ascend is searched entry by entry when something is removed, so such chunks are kept short.
+void PostingMap::noteDescent(Body& body) {
+    Chunk& last = *body.last;
+    const auto used = static_cast<std::uint32_t>(body.tail - last.entries());
+    if (used >= kLongestUnordered) {
+        last.capacity = used;
+        body.tailEnd = body.tail;
+        return extend(body);
+    }
+    last.ascending = false;
+    last.capacity = std::min(last.capacity, kLongestUnordered);
+    body.tailEnd = last.entries() + last.capacity;
 }
 
 void PostingMap::extend(Body& body) {
@@ -153,12 +216,12 @@ void PostingMap::remove(std::uint64_t key, std::uint32_t index) {
 
 // Moves what is left to the front. Chunks that become empty wait for new entries.
 void PostingMap::pack(Body& body) {
-    PostingSegment& stored = body.stored;
+    PostingSegment stored = body.storedSegment();
     std::size_t kept = 0;
     for (std::size_t i = 0; i < stored.count; ++i) {
         if (stored.at(i) < kRemovedEntry) stored.set(kept++, stored.at(i));
     }
-    stored.count = kept;
+    body.storedCount = kept;
 
     Body packed = body;
     packed.last = nullptr;
@@ -184,6 +247,9 @@ void PostingMap::clear() {
     slots.clear();
     refs.clear();
     bodies.clear();
+    waiting.clear();
+    waitingIndices.clear();
+    seen.clear();
     image = nullptr;
     blocks.clear();
     free = nullptr;
@@ -201,7 +267,7 @@ void PostingMap::addStored(std::size_t offset) {
     std::uint64_t key = 0;
     std::memcpy(&key, image + offset, keyWidth);
     const std::uint64_t hash = mixedHash(key);
-    if (find(key, hash)) return;
+    if (findSettled(key, hash)) return;
     Ref ref{offset, tagOf(hash), 0, 0, 0};
     const PostingSegment list = storedAt(ref);
     ref.ascending = isAscending(list.entries, list.count);
@@ -211,6 +277,7 @@ void PostingMap::addStored(std::size_t offset) {
 }
 
 void PostingMap::writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const {
+    settle();
     for (std::uint32_t list = 0; list < refs.size(); ++list) {
         if (!refs[list].hasBody) {
             const PostingSegment stored = storedAt(refs[list]);

@@ -21,12 +21,18 @@ namespace varnelo {
 // A list that came from a file lies where it was read to, key and count before its entries, and costs a dozen
 // bytes more. Only when it changes does it get a body of its own, to which chunks of new entries are
 // chained; what is removed is marked in place.
+//
+// New entries of threes are collected: a million names have twenty million, and each would otherwise cost a
+// few misses of the cache.
 class PostingMap {
 public:
     // `keyBytes` is the width of a key in a file: 2, 4 or 8.
     explicit PostingMap(std::size_t keyBytes) : keyWidth(keyBytes) {}
 
-    std::size_t size() const { return refs.size(); }
+    std::size_t size() const {
+        settle();
+        return refs.size();
+    }
     std::optional<std::uint32_t> find(std::uint64_t key) const;
     std::uint64_t keyOf(std::uint32_t list) const;
 
@@ -43,7 +49,8 @@ public:
     bool verified(std::uint32_t list) const { return refs[list].verified; }
     void setVerified(std::uint32_t list) { refs[list].verified = 1; }
 
-    // Appends `index` to the list of each key in turn.
+    // Appends `index` to the list of each key in turn. Keys have 48 bits. Entries of threes wait until there
+    // are many of them, or until somebody asks for a list.
     void append(std::span<const std::uint64_t> keys, std::uint32_t index);
     // Takes every occurrence of `index` out of the key's list.
     void remove(std::uint64_t key, std::uint32_t index);
@@ -74,20 +81,32 @@ private:
     };
     struct Body {
         std::uint64_t key;
-        PostingSegment stored;
-        Chunk* first;  // chunks behind `last` are empty and wait
-        Chunk* last;
         std::uint32_t* tail;  // where the next entry goes, in `last`
         std::uint32_t* tailEnd;
+        std::uint32_t newest;  // the index that was appended last
+        bool storedAscending;
+        Chunk* last;
+        Chunk* first;  // chunks behind `last` are empty and wait
+        std::uint8_t* stored;
+        std::size_t storedCount;
         std::size_t removed;  // marked entries
+
+        PostingSegment storedSegment() const { return {stored, storedCount, storedAscending}; }
     };
 
     std::uint64_t hashOf(std::uint32_t list) const { return mixedHash(keyOf(list)); }
-    std::optional<std::uint32_t> find(std::uint64_t key, std::uint64_t hash) const;
+    std::optional<std::uint32_t> findSettled(std::uint64_t key, std::uint64_t hash) const;
     std::uint32_t findOrAdd(std::uint64_t key, std::uint64_t hash);
     PostingSegment storedAt(const Ref& ref) const;
     static PostingSegment segmentOf(const Body& body, Chunk* chunk);
+    // Enters what waits. Changes nothing that can be seen, so that readers may call it; they hold the index
+    // mutex like everybody else.
+    void settle() const;
+    void settleWaiting();
+    void appendOne(std::uint64_t key, std::uint32_t index);
     Body& bodyOf(std::uint32_t list);
+    Body& bodyFor(std::uint64_t key);
+    void noteDescent(Body& body);
     void extend(Body& body);
     void pack(Body& body);
     std::uint8_t* allocate(std::size_t bytes);
@@ -97,6 +116,15 @@ private:
     FlatArray<Ref> refs;
     FlatArray<Body> bodies;
     std::uint8_t* image = nullptr;
+    // Entries that wait: the key and, in the low 16 bits, a place in `waitingIndices`.
+    FlatArray<std::uint64_t> waiting;
+    FlatArray<std::uint32_t> waitingIndices;
+    // The bodies of keys seen lately: most entries find theirs here.
+    struct Seen {
+        std::uint64_t key;
+        std::uint64_t body;
+    };
+    FlatArray<Seen> seen;
     std::vector<std::unique_ptr<std::uint8_t[]>> blocks;  // hold the chunks
     std::uint8_t* free = nullptr;                         // in the last block
     std::size_t freeBytes = 0;
@@ -107,7 +135,7 @@ void PostingMap::forEachSegment(std::uint32_t list, Use use) const {
     const Ref& ref = refs[list];
     if (!ref.hasBody) return use(storedAt(ref));
     const Body& body = bodies[ref.at];
-    if (body.stored.count != 0) use(body.stored);
+    if (body.storedCount != 0) use(body.storedSegment());
     for (Chunk* chunk = body.first; chunk != nullptr; chunk = chunk->next) {
         use(segmentOf(body, chunk));
         if (chunk == body.last) break;

@@ -4,29 +4,33 @@
 
 namespace varnelo {
 
-void RecordColumns::set(std::size_t index, const FileRecord& record) {
+void RecordColumns::set(std::size_t index, const FileRecord& record, const NamePool& names) {
     if (index == offsets.size()) {
         offsets.push_back(0);
+        lengths.push_back(0);
         extensionIds.push_back(0);
         if (index % 64 == 0) alive.push_back(0);
     }
     offsets[index] = record.nameOffset;
+    lengths[index] = static_cast<std::uint16_t>(names.at(record.nameOffset).size());
     farthest = std::max(farthest, record.nameOffset);
     extensionIds[index] = record.extension;
     const std::uint64_t bit = std::uint64_t{1} << index % 64;
     alive[index / 64] = record.deleted() ? alive[index / 64] & ~bit : alive[index / 64] | bit;
 }
 
-void RecordColumns::rebuild(std::span<const FileRecord> records) {
+void RecordColumns::rebuild(std::span<const FileRecord> records, const NamePool& names) {
     clear();
     offsets.reserve(records.size());
+    lengths.reserve(records.size());
     extensionIds.reserve(records.size());
     alive.reserve(records.size() / 64 + 1);
-    for (std::size_t i = 0; i < records.size(); ++i) set(i, records[i]);
+    for (std::size_t i = 0; i < records.size(); ++i) set(i, records[i], names);
 }
 
 void RecordColumns::clear() {
     offsets.clear();
+    lengths.clear();
     extensionIds.clear();
     alive.clear();
     farthest = 0;
