@@ -6,6 +6,18 @@
 
 namespace varnelo {
 
+namespace {
+
+// Of equal length; the pattern has no star.
+bool sameUnits(GlobUnits pattern, NameUnits name) {
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] != '?' && pattern[i] != lowerNameUnit(name[i])) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 bool globMatches(GlobUnits pattern, NameUnits name) {
     constexpr std::size_t kNoStar = ~std::size_t{0};
     std::size_t i = 0;
@@ -16,6 +28,7 @@ bool globMatches(GlobUnits pattern, NameUnits name) {
         if (i < pattern.size() && pattern[i] == '*') {
             behindStar = ++i;
             matched = j;
+            if (behindStar == pattern.size()) return true;
         } else if (i < pattern.size() && (pattern[i] == '?' || pattern[i] == lowerNameUnit(name[j]))) {
             ++i;
             ++j;
@@ -33,6 +46,7 @@ bool globMatches(GlobUnits pattern, NameUnits name) {
 Glob::Glob(std::vector<std::uint16_t> loweredPattern) : pattern(std::move(loweredPattern)) {
     for (std::size_t i = 0; i < pattern.size(); ++i) {
         if (pattern[i] == '*') {
+            if (!hasStar) firstStar = i;
             hasStar = true;
             behindLastStar = i + 1;
             continue;
@@ -45,12 +59,13 @@ Glob::Glob(std::vector<std::uint16_t> loweredPattern) : pattern(std::move(lowere
 bool Glob::matches(NameUnits name) const {
     if (!fits(name.size())) return false;
     if (onlyWildcards) return true;
+    if (!hasStar) return sameUnits(pattern, name);
     const GlobUnits end = units().subspan(behindLastStar);
-    const NameUnits nameEnd = name.last(end.size());
-    for (std::size_t i = end.size(); i-- != 0;) {
-        if (end[i] != '?' && end[i] != lowerNameUnit(nameEnd[i])) return false;
-    }
-    return globMatches(pattern, name);
+    if (!sameUnits(units().first(firstStar), name.first(firstStar))) return false;
+    if (!sameUnits(end, name.last(end.size()))) return false;
+    const GlobUnits middle = units().subspan(firstStar, behindLastStar - firstStar);
+    return middle.size() == 1 ||
+           globMatches(middle, name.subspan(firstStar, name.size() - firstStar - end.size()));
 }
 
 }  // namespace varnelo

@@ -32,6 +32,7 @@ public:
 private:
     std::vector<std::uint16_t> pattern;
     std::size_t shortest = 0;  // units of a name
+    std::size_t firstStar = 0;
     std::size_t behindLastStar = 0;
     bool hasStar = false;
     bool onlyWildcards = true;

@@ -106,7 +106,7 @@ std::vector<std::uint32_t> NameSearch::run(std::wstring_view query) {
 
 bool NameSearch::usable(std::uint32_t index) const {
     return index < from.columns.size() && from.columns.live(index) &&
-           from.names.holds(from.columns.nameOffsets()[index]);
+           (allNamed || from.names.holds(from.columns.nameOffsets()[index]));
 }
 
 void NameSearch::collectLive(Ids& found) const {
@@ -157,7 +157,7 @@ void NameSearch::collectList(const PostingMap& map, std::uint32_t list, Ids& fou
             found.insert(found.end(), block.data(), to);
         }
     });
-    if (!from.columns.namesWithin(from.names.size())) {
+    if (!allNamed) {
         std::erase_if(found, [this](std::uint32_t index) { return !usable(index); });
     }
 }
@@ -300,19 +300,16 @@ void NameSearch::findPatterns(const std::vector<std::wstring>& patterns, Ids& fo
         });
         return;
     }
-    NameStream stream(from.columns, from.names, [&](std::uint32_t index, NameUnits name) {
+    const auto test = [&](std::uint32_t index, NameUnits name) {
         const auto matches = [&](const Glob& glob) { return glob.matches(name); };
         if (std::any_of(globs.begin(), globs.end(), matches)) found.push_back(index);
-    });
-    const auto look = [&](std::uint32_t index) {
-        if (usable(index)) stream.push(index);
     };
     Marks candidates;
-    if (markCandidates(globs, candidates)) {
-        forBits(candidates, alive, look);
-    } else {
-        forBits(alive, alive, look);
-    }
+    const bool marked = markCandidates(globs, candidates);
+    NameStream stream(from.columns, from.names, test);
+    forBits(marked ? candidates : alive, alive, [&](std::uint32_t index) {
+        if (usable(index)) stream.push(index);
+    });
     stream.flush();
 }
 

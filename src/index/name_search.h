@@ -30,7 +30,8 @@ public:
         bool listsComplete;
     };
 
-    explicit NameSearch(const Source& source) : from(source) {}
+    explicit NameSearch(const Source& source)
+        : from(source), allNamed(source.columns.namesWithin(source.names.size())) {}
 
     std::vector<std::uint32_t> run(std::wstring_view query);
 
@@ -64,6 +65,7 @@ private:
     bool usable(std::uint32_t index) const;
 
     Source from;
+    bool allNamed;  // no record's name is out of range
 };
 
 }  // namespace varnelo
