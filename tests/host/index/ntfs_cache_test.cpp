@@ -13,6 +13,8 @@ protected:
 };
 
 // Two records on one volume: a live one named "aB.c", and a tombstone named "x".
+// A line a field.
+// clang-format off
 const Bytes kGolden =
     {
         'S',  'F',  'T',  'N',  4,    0,    0,   0,          // magic, version
@@ -47,6 +49,7 @@ const Bytes kGolden =
         0,    'c',  0,    '.',  0,    'b',  0,   0, 0,   1,   0,   0, 0, 0,   0,   0,   0,    0, 0,
         0,    0,
 };
+// clang-format on
 
 TEST_F(NtfsCacheTest, TheBytesAreThoseOfTheFormat) {
     onVolume(L'C');
