@@ -289,6 +289,7 @@ NameSearch::Marks NameSearch::recordsInAll(const std::vector<GramList>& lists) c
 
 void NameSearch::findPatterns(const std::vector<std::wstring>& patterns, Ids& found) const {
     std::vector<Glob> globs;
+    globs.reserve(patterns.size());
     for (const std::wstring& pattern : patterns) globs.emplace_back(loweredUnits(pattern));
     if (globs.empty()) return;
     const Marks& alive = from.columns.liveWords();

@@ -8,7 +8,7 @@
 namespace varnelo {
 
 std::optional<std::uint8_t> NTFSIndex::volumeIndexOf(wchar_t letter) {
-    const auto unit = static_cast<std::uint16_t>(letter);
+    const auto unit = static_cast<std::uint16_t>(static_cast<std::uint32_t>(letter));
     const auto known = std::find(volumes.begin(), volumes.end(), unit);
     if (known == volumes.end() && volumes.size() >= kMostVolumes) return std::nullopt;
     const auto place = static_cast<std::uint8_t>(known - volumes.begin());

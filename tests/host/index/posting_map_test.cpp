@@ -72,6 +72,19 @@ TEST(PostingMap, WhatIsAddedAgainAfterItsRemovalStandsAtTheEnd) {
     EXPECT_EQ(listOf(map, 7), (Entries{2, 3, 1}));
 }
 
+TEST(PostingMap, AListDoesNotGrowByWhatComesAndGoes) {
+    PostingMap map(8);
+    append(map, 7, 1);
+    std::vector<std::uint8_t> bytes = written(map);
+    read(map, 8, bytes);
+    for (std::uint32_t i = 2; i < 5000; ++i) {
+        append(map, 7, i);
+        map.remove(7, i);
+    }
+    EXPECT_EQ(listOf(map, 7), Entries{1});
+    EXPECT_LT(map.roughSize(*map.find(7)), 200u);
+}
+
 TEST(PostingMap, WritesListsInTheOrderInWhichTheyCame) {
     PostingMap map(4);
     append(map, 0x00620061, 3);

@@ -137,6 +137,16 @@ TEST_F(SearchNamesTest, ARenamedFileStandsBehindTheOthers) {
     EXPECT_EQ(index.searchNames(L"abc*"), (Ids{0, 1, 2}));
 }
 
+TEST_F(SearchNamesTest, AFileThatIsRenamedAfterALoadIsFoundInItsNewPlaceAlone) {
+    files({L"abcd", L"abce", L"xabcd"});
+    CacheFixture cache;
+    ASSERT_TRUE(cache.save(index));
+    ASSERT_TRUE(cache.load(index));
+    index.renameRecord(0, {24, 5, 0, 0, 0, 0}, L"abcdabc");
+    EXPECT_EQ(index.searchNames(L"abc"), (Ids{1, 2, 0, 0}));
+    EXPECT_EQ(index.searchNames(L"abcd"), (Ids{2, 0, 0}));
+}
+
 TEST_F(SearchNamesTest, ANameThatIsOutOfRangeIsFoundByNoText) {
     files({L"abc.txt", L"abd.txt"});
     CacheFixture cache;
