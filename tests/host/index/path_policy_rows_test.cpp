@@ -1,0 +1,182 @@
+#include "index/path_policy_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace varnelo {
+namespace {
+
+using Rows = std::vector<std::wstring>;
+
+Rows rowsOf(std::span<const std::wstring_view> rows) { return Rows(rows.begin(), rows.end()); }
+
+TEST(PathPolicyRowsTest, TheSystemRowsAreTheseTen) {
+    const Rows expected = {L"%SystemRoot%\\Temp",      L"%SystemRoot%\\Prefetch",
+                           L"%SystemRoot%\\WinSxS",    L"%SystemRoot%\\servicing",
+                           L"%SystemRoot%\\Logs",      L"%SystemRoot%\\inf",
+                           L"%SystemRoot%\\assembly",  L"%SystemRoot%\\Microsoft.NET",
+                           L"%SystemRoot%\\Installer", L"%SystemRoot%\\SoftwareDistribution"};
+    EXPECT_EQ(expected.size(), 10u);
+    EXPECT_EQ(rowsOf(excludedSystemRows()), expected);
+}
+
+TEST(PathPolicyRowsTest, TheExcludedPlacesAreThese141InThisOrder) {
+    const Rows expected = {L"%TEMP%",
+                           L"%TMP%",
+                           L"%LOCALAPPDATA%\\Packages",
+                           L"%LOCALAPPDATA%\\Microsoft\\WindowsApps",
+                           L"%LOCALAPPDATA%\\Temp",
+                           L"%LOCALAPPDATA%\\CrashDumps",
+                           L"%LOCALAPPDATA%\\NuGet",
+                           L"%USERPROFILE%\\.nuget",
+                           L"%USERPROFILE%\\.dotnet",
+                           L"%USERPROFILE%\\.gradle",
+                           L"%USERPROFILE%\\.m2",
+                           L"%USERPROFILE%\\.npm",
+                           L"%LOCALAPPDATA%\\pip",
+                           L"%LOCALAPPDATA%\\Yarn",
+                           L"%LOCALAPPDATA%\\Google\\Chrome\\User Data",
+                           L"%LOCALAPPDATA%\\Microsoft\\Edge\\User Data",
+                           L"%LOCALAPPDATA%\\Mozilla\\Firefox",
+                           L"%LOCALAPPDATA%\\BraveSoftware",
+                           L"%APPDATA%\\Mozilla\\Firefox",
+                           L"%APPDATA%\\Opera Software",
+                           L"C:\\Intel",
+                           L"C:\\AMD",
+                           L"C:\\NVIDIA",
+                           L"C:\\PerfLogs",
+                           L"C:\\MSOCache",
+                           L"C:\\OneDriveTemp",
+                           L"%ProgramFiles(x86)%\\Steam",
+                           L"%ProgramFiles%\\Steam",
+                           L"%ProgramFiles%\\Epic Games",
+                           L"%ProgramFiles(x86)%\\Epic Games",
+                           L"%LOCALAPPDATA%\\GOG.com",
+                           L"%LOCALAPPDATA%\\Origin",
+                           L"%LOCALAPPDATA%\\EADesktop",
+                           L"%ProgramFiles%\\EA Games",
+                           L"%ProgramFiles(x86)%\\EA Games",
+                           L"%ProgramFiles(x86)%\\Ubisoft",
+                           L"%ProgramFiles%\\Ubisoft",
+                           L"%ProgramFiles%\\Riot Games",
+                           L"%ProgramFiles(x86)%\\Battle.net",
+                           L"%ProgramFiles(x86)%\\Blizzard Entertainment",
+                           L"%USERPROFILE%\\AppData",
+                           L"%USERPROFILE%\\.config",
+                           L"%USERPROFILE%\\.cache",
+                           L"%USERPROFILE%\\.vscode",
+                           L"%USERPROFILE%\\.vs",
+                           L"C:\\Qt",
+                           L"%USERPROFILE%\\Qt",
+                           L"C:\\Java",
+                           L"%ProgramFiles%\\Java",
+                           L"%ProgramFiles(x86)%\\Java",
+                           L"%ProgramFiles%\\Eclipse Adoptium",
+                           L"%LOCALAPPDATA%\\Programs\\Python",
+                           L"%ProgramFiles%\\Python",
+                           L"%ProgramFiles%\\Python3",
+                           L"%USERPROFILE%\\.conda",
+                           L"%USERPROFILE%\\anaconda3",
+                           L"%USERPROFILE%\\miniconda3",
+                           L"%ProgramFiles%\\nodejs",
+                           L"%APPDATA%\\nvm",
+                           L"%APPDATA%\\npm",
+                           L"%USERPROFILE%\\.cargo",
+                           L"%USERPROFILE%\\.rustup",
+                           L"%USERPROFILE%\\go",
+                           L"%ProgramFiles%\\Go",
+                           L"C:\\Ruby",
+                           L"%ProgramFiles%\\Ruby",
+                           L"%ProgramFiles%\\Microsoft Visual Studio",
+                           L"%ProgramFiles(x86)%\\Microsoft Visual Studio",
+                           L"%ProgramFiles(x86)%\\Windows Kits",
+                           L"%ProgramFiles(x86)%\\Microsoft SDKs",
+                           L"%ProgramFiles%\\dotnet",
+                           L"C:\\msys64",
+                           L"C:\\MinGW",
+                           L"C:\\cygwin64",
+                           L"%ProgramFiles%\\CMake",
+                           L"%LOCALAPPDATA%\\vcpkg",
+                           L"%USERPROFILE%\\vcpkg",
+                           L"%ProgramFiles%\\Git",
+                           L"%ProgramFiles(x86)%\\Git",
+                           L"%ProgramFiles%\\Docker",
+                           L"%LOCALAPPDATA%\\Docker",
+                           L"%LOCALAPPDATA%\\Android",
+                           L"%USERPROFILE%\\AppData\\Local\\Android",
+                           L"%ProgramFiles%\\Epic Games\\UE",
+                           L"%ProgramFiles%\\Unity",
+                           L"%ProgramFiles%\\Unity Hub",
+                           L"%ProgramFiles%\\JetBrains",
+                           L"%LOCALAPPDATA%\\JetBrains",
+                           L"C:\\Strawberry",
+                           L"C:\\xampp",
+                           L"C:\\wamp",
+                           L"C:\\wamp64",
+                           L"C:\\laragon",
+                           L"C:\\mamp",
+                           L"%ProgramFiles%\\MySQL",
+                           L"%ProgramFiles%\\MariaDB",
+                           L"%ProgramFiles%\\PostgreSQL",
+                           L"%ProgramFiles%\\MongoDB",
+                           L"%ProgramFiles%\\Microsoft SQL Server",
+                           L"%ProgramFiles(x86)%\\Microsoft SQL Server",
+                           L"%ProgramFiles%\\Redis",
+                           L"%ProgramFiles%\\Apache Software Foundation",
+                           L"%ProgramFiles%\\Apache24",
+                           L"C:\\Apache24",
+                           L"%ProgramFiles%\\nginx",
+                           L"%USERPROFILE%\\knime-workspace",
+                           L"C:\\knime",
+                           L"%ProgramFiles%\\KNIME",
+                           L"%ProgramFiles%\\eclipse",
+                           L"C:\\eclipse",
+                           L"%USERPROFILE%\\eclipse-workspace",
+                           L"%ProgramFiles%\\Oracle\\VirtualBox",
+                           L"%ProgramFiles%\\Hyper-V",
+                           L"%LOCALAPPDATA%\\Packages\\CanonicalGroupLimited",
+                           L"%LOCALAPPDATA%\\lxss",
+                           L"%ProgramData%\\chocolatey",
+                           L"C:\\tools",
+                           L"%LOCALAPPDATA%\\Microsoft\\WinGet",
+                           L"%USERPROFILE%\\scoop",
+                           L"%ProgramFiles%\\PowerShell",
+                           L"%ProgramFiles%\\Perl",
+                           L"C:\\Perl64",
+                           L"%ProgramFiles%\\R",
+                           L"%ProgramFiles%\\MATLAB",
+                           L"%ProgramFiles%\\Wolfram Research",
+                           L"%ProgramFiles%\\7-Zip",
+                           L"%ProgramFiles%\\WinRAR",
+                           L"%USERPROFILE%\\.docker",
+                           L"%USERPROFILE%\\.kube",
+                           L"%USERPROFILE%\\.ssh",
+                           L"%USERPROFILE%\\.gnupg",
+                           L"%USERPROFILE%\\.aws",
+                           L"%USERPROFILE%\\.azure",
+                           L"%USERPROFILE%\\.gcloud",
+                           L"%USERPROFILE%\\.terraform.d",
+                           L"%USERPROFILE%\\.vagrant.d",
+                           L"%USERPROFILE%\\.gem",
+                           L"%USERPROFILE%\\.composer",
+                           L"%USERPROFILE%\\.matplotlib",
+                           L"%USERPROFILE%\\.jupyter",
+                           L"%USERPROFILE%\\.ipython"};
+    EXPECT_EQ(expected.size(), 141u);
+    EXPECT_EQ(rowsOf(excludedPlaceRows()), expected);
+}
+
+TEST(PathPolicyRowsTest, TheFolderNamesAreThese23InThisOrderAndOneKeepsItsCapitals) {
+    const Rows expected = {
+        L".thumbnails",  L".git",      L"node_modules",    L"__pycache__", L".svn",       L"appdata",
+        L"steamlibrary", L"steamapps", L".egstore",        L"gog galaxy",  L"battle.net", L"origin games",
+        L"windowsapps",  L"xboxgames", L"steamcontroller", L".hg",         L".bzr",       L".tox",
+        L"__MACOSX",     L".vs",       L".idea",           L"bin",         L"obj"};
+    EXPECT_EQ(expected.size(), 23u);
+    EXPECT_EQ(rowsOf(excludedFolderNameRows()), expected);
+}
+
+}  // namespace
+}  // namespace varnelo
