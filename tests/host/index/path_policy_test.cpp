@@ -202,7 +202,7 @@ TEST(PathPolicyTest, AMachineThatTellsNothingLeavesTheRowsOfDriveC) {
         machine.failingRows.insert(rows.begin(), rows.end());
     }
     const PathPolicy policy(machine);
-    EXPECT_EQ(policy.prefixes().size(), 23u);
+    ASSERT_EQ(policy.prefixes().size(), 23u);
     for (const std::wstring& prefix : policy.prefixes()) EXPECT_TRUE(prefix.starts_with(L"c:\\"));
     EXPECT_EQ(policy.prefixes().front(), L"c:\\amd\\");
     EXPECT_EQ(policy.prefixes().back(), L"c:\\xampp\\");
