@@ -11,13 +11,15 @@ namespace {
 constexpr std::uint32_t kFirstChunkEntries = 4;
 constexpr std::uint32_t kLargestChunkEntries = 65536;
 constexpr std::uint32_t kLongestUnordered = 1024;
-constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
+// Blocks of chunks: the first is small, each further one twice as large, up to a megabyte.
+constexpr std::size_t kFirstBlockBytes = 4096;
+constexpr std::size_t kBlockDoublings = 8;
 // Entries wait for company up to these numbers; the first is that of the places that 16 bits can tell apart.
 constexpr std::size_t kMostWaitingNames = 0x10000;
 constexpr std::size_t kMostWaiting = std::size_t{1} << 20;
 // Narrower keys are few: their lists are in the cache anyway.
 constexpr std::size_t kWaitingKeyBytes = 8;
-constexpr std::size_t kSeen = 8192;
+constexpr std::size_t kSeen = 2048;
 // Fewer are entered as they come.
 constexpr std::size_t kDealFrom = 4096;
 // A list is packed when it has more removed entries than this and than others.
@@ -134,8 +136,8 @@ void PostingMap::settleWaiting() {
         waitingIndices.resizeUnwritten(0);
         return;
     }
-    const auto heapOf = [](std::uint64_t entry) { return (entry >> 16) * 0x9E3779B97F4A7C15 >> 59; };
-    std::array<std::size_t, 33> heaps{};
+    const auto heapOf = [](std::uint64_t entry) { return (entry >> 16) * 0x9E3779B97F4A7C15 >> 58; };
+    std::array<std::size_t, 65> heaps{};
     for (const std::uint64_t entry : waiting) ++heaps[heapOf(entry) + 1];
     for (std::size_t heap = 1; heap < heaps.size(); ++heap) heaps[heap] += heaps[heap - 1];
     const auto dealt = std::make_unique_for_overwrite<std::uint64_t[]>(waiting.size());
@@ -192,9 +194,11 @@ void PostingMap::extend(Body& body) {
 
 std::uint8_t* PostingMap::allocate(std::size_t bytes) {
     if (bytes > freeBytes) {
-        blocks.push_back(std::make_unique_for_overwrite<std::uint8_t[]>(kBlockBytes));
+        const std::size_t block =
+            std::max(bytes, kFirstBlockBytes << std::min(blocks.size(), kBlockDoublings));
+        blocks.push_back(std::make_unique_for_overwrite<std::uint8_t[]>(block));
         free = blocks.back().get();
-        freeBytes = kBlockBytes;
+        freeBytes = block;
     }
     std::uint8_t* result = free;
     free += bytes;

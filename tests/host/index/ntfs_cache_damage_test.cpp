@@ -93,7 +93,7 @@ TEST_F(NtfsCacheDamageTest, ChangedBytesDoNoHarm) {
                     bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(at));
             }
         }
-        tryBytes(bytes, round % 8 == 0);
+        tryBytes(bytes, round % 16 == 0);
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
 }

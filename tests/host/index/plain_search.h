@@ -61,7 +61,8 @@ inline int hits(const std::wstring& query, const std::vector<std::wstring>& patt
     for (const std::wstring& pattern : patterns) {
         if (!extensionsOnly) {
             if (matches(pattern, lowerName)) return 1;
-        } else if (dot != std::wstring::npos && dot != 0 && lowerName.substr(dot) == pattern.substr(1)) {
+        } else if (dot != std::wstring::npos && dot != 0 &&
+                   lowerName.compare(dot, std::wstring::npos, pattern, 1, std::wstring::npos) == 0) {
             return 1;
         }
     }
