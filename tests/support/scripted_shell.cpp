@@ -60,7 +60,7 @@ ItemIdList ScriptedShell::root() {
 }
 
 std::wstring ScriptedShell::pathOf(const std::wstring& name) {
-    return name.find(L'\\') == std::wstring::npos ? kDesktop + L"\\" + name : name;
+    return name.find_first_of(L"\\:") == std::wstring::npos ? kDesktop + L"\\" + name : name;
 }
 
 void ScriptedShell::put(const std::wstring& name, ScriptedFile file) {

@@ -56,7 +56,7 @@ public:
     static ItemIdList virtualList(const std::wstring& name);
     static ItemIdList root();
 
-    // Names are inside the desktop folder unless they hold a separator.
+    // Names are inside the desktop folder unless they hold a separator or a drive.
     static std::wstring pathOf(const std::wstring& name);
 
     void put(const std::wstring& name, ScriptedFile file = {});

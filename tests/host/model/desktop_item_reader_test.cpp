@@ -225,6 +225,15 @@ TEST_F(DesktopItemReaderTest, OnlyItemsOfTheTwoDesktopFoldersAreRead) {
     EXPECT_FALSE(read(L"gone.txt"));
 }
 
+TEST_F(DesktopItemReaderTest, AnItemWhosePathHasNoSeparatorIsDropped) {
+    shell.put(L"X:lonely.txt");
+    DesktopFileInfo info;
+    ASSERT_TRUE(reader.fillFromPath(L"X:lonely.txt", info));
+    // The path is no folder of its own here, not even of a desktop with that name.
+    const DesktopItemReader named(shell, shell, {L"X:lonely.txt", L"X:lonely.txt", L""});
+    EXPECT_EQ(named.read(ScriptedShell::list(L"X:lonely.txt"), ScriptedShell::root()), nullptr);
+}
+
 TEST_F(DesktopItemReaderTest, AnUnknownDesktopFolderMatchesNothing) {
     shell.put(L"\\odd.txt");
     const DesktopItemReader lost(shell, shell, {});
