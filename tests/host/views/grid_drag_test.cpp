@@ -51,6 +51,60 @@ TEST_F(GridDragTest, ADraggedCellFollowsTheCursorWhereItWasGrabbed) {
     EXPECT_FLOAT_EQ(cell(L"a").y, before.y + 7);
 }
 
+TEST_F(GridDragTest, ADragGoesOnWhereItBegan) {
+    givenFlat();
+    const IconCell before = cell(L"a");
+    const auto [x, y] = iconOf(L"a");
+    press(x, y);
+    drag(x + 6, y);
+    drag(x + 40, y);
+    drag(x + 1, y);  // nearer to the press than the threshold
+    EXPECT_FLOAT_EQ(cell(L"a").x, before.x - 5);
+}
+
+TEST_F(GridDragTest, AfterADropTheNextPressIsAClickUntilItMovesFar) {
+    givenFlat();
+    takeHoldOf(L"a");
+    release();
+    settle();
+    const auto [x, y] = iconOf(L"b");
+    press(x, y);
+    drag(x + 3, y);
+    EXPECT_FALSE(grid.cellDragActive);
+    drag(x + 6, y);
+    EXPECT_TRUE(cell(L"b").dragged);
+}
+
+TEST_F(GridDragTest, WhatWasDraggedStaysSelectedAfterTheDrop) {
+    givenFlat();
+    clickOn(L"a");
+    ctrlClickOn(L"b");
+    takeHoldOf(L"b");
+    release();
+    EXPECT_EQ(selectedNames().size(), 2u);
+}
+
+TEST_F(GridDragTest, ADragFromALabelEndsWithTheSelectionThatItBeganWith) {
+    givenFlat();
+    clickOn(L"a");
+    ctrlClickOn(L"b");
+    const IconCell& b = cell(L"b");
+    press(b.x + 47, b.y + 80);
+    drag(b.x + 47, b.y + 90);
+    release();
+    EXPECT_EQ(selectedNames(), (Words{L"a", L"b"}));
+}
+
+TEST_F(GridDragTest, ADragThatBeganOnALabelTakesHoldOfNoIconOnItsWay) {
+    givenFlat();
+    const IconCell& a = cell(L"a");
+    press(a.x + 47, a.y + 80);
+    drag(a.x + 47, a.y + 90);
+    drag(a.x + 47, a.y + 20);  // on its icon
+    EXPECT_TRUE(grid.mouseDragging);
+    EXPECT_FALSE(grid.cellDragActive);
+}
+
 TEST_F(GridDragTest, APressOnALabelMovesNothingAndEndsAsItBegan) {
     givenFlat();
     const IconCell& a = cell(L"a");
@@ -232,6 +286,17 @@ TEST_F(GridDragTest, ADropPinsTheWholeGroup) {
     EXPECT_EQ(grid.pressedIndex, -1);
 }
 
+TEST_F(GridDragTest, WherePlacesAreNotRememberedADroppedCellGoesBackAtOnce) {
+    settings.sortTimeoutDays = 0;
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"G2");
+    ASSERT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G0", L"G3"}));
+    release();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G2", L"G3"}));
+    EXPECT_EQ(cell(L"G0").targetX, 10);
+}
+
 TEST_F(GridDragTest, WhatWasDroppedIsFoundAtTheSamePlaceWhenTheListComesAgain) {
     givenTwoGroups();
     takeHoldOf(L"G0");
@@ -282,6 +347,18 @@ TEST_F(GridDragTest, ADraggedCellThatIsRemovedEndsTheDrag) {
     drag(200, 200);
     release();
     EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G3"}));
+}
+
+TEST_F(GridDragTest, AListThatReplacesAnotherEndsTheDrag) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    givenItems({L"x", L"y"});
+    EXPECT_FALSE(grid.cellDragActive);
+    frame();
+    hoverOver(L"y");
+    EXPECT_EQ(grid.hoverIndex, indexOf(L"y"));  // hover is no longer frozen
+    release();
+    EXPECT_FALSE(grid.dirty);
 }
 
 TEST_F(GridDragTest, AScrolledPaneDropsWhereTheCursorIs) {

@@ -222,6 +222,29 @@ TEST_F(GridScrollTest, TheThumbFollowsTheCursor) {
     EXPECT_FALSE(grid.scrollBarDragging);
 }
 
+TEST_F(GridScrollTest, APressOnTheBarLeavesTheCellsAlone) {
+    frame();
+    clickOn(L"x");
+    const int pressed = grid.pressedIndex;
+    press(right() - 5, 10);
+    EXPECT_EQ(selectedNames().size(), 1u);
+    EXPECT_FALSE(grid.lasso.active);
+    EXPECT_EQ(grid.pressedIndex, pressed);
+}
+
+TEST_F(GridScrollTest, WhileTheThumbIsDraggedTheCursorHoversAndSelectsNothing) {
+    frame();
+    clickOn(L"x");
+    hover(right() - 5, 10);
+    ASSERT_TRUE(grid.scrollBarHovered);
+    const int hovered = grid.hoverIndex;
+    press(right() - 5, 10);
+    drag(300, 60);  // over another cell
+    EXPECT_EQ(grid.hoverIndex, hovered);
+    EXPECT_TRUE(grid.scrollBarHovered);
+    EXPECT_FALSE(grid.mouseDragging);
+}
+
 TEST_F(GridScrollTest, APressBesideTheThumbPagesTowardsTheCursor) {
     press(right() - 5, 290);
     EXPECT_FLOAT_EQ(grid.scrollY, 270);

@@ -87,6 +87,16 @@ TEST_F(GridSelectionTest, TheLassoSelectsWhatItTouches) {
     EXPECT_FALSE(grid.lasso.active);
 }
 
+TEST_F(GridSelectionTest, TheLassoTakesHoldOfNoCellThatItSelects) {
+    press(kEmptyX, kEmptyY);
+    const auto [x, y] = iconOf(L"f");
+    drag(x, y);
+    drag(x + 1, y);
+    EXPECT_FALSE(grid.cellDragActive);
+    EXPECT_FALSE(grid.mouseDragging);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+}
+
 TEST_F(GridSelectionTest, TheLassoMustOverlapACellAndNotOnlyTouchItsEdge) {
     press(kEmptyX, kEmptyY);
     drag(cell(L"f").x, cell(L"e").y + 10);
