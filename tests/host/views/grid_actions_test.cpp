@@ -107,6 +107,21 @@ TEST_F(GridActionsTest, ARightClickOnASelectedCellIsForAllSelected) {
     EXPECT_EQ(actions.done, (Words{L"shell menu a c", L"shell menu b"}));
 }
 
+TEST_F(GridActionsTest, AnItemWithoutAnIdListHasNoMenuOfTheShell) {
+    givenPane(600, 400);
+    EntryList list;
+    list.entries = {FileEntry()};
+    grid.setEntries(list, TabKind::Desktop);
+    frame();
+    hover(50, 30);
+    ASSERT_NE(grid.hoverCell(), nullptr);
+    grid.onRightClick();
+    grid.cells[0].selected = true;
+    hover(50, 30);
+    grid.onRightClick();
+    EXPECT_EQ(actions.done, Words{});
+}
+
 TEST_F(GridActionsTest, AfterARightClickNothingIsHovered) {
     for (const TabKind kind : {TabKind::System, TabKind::Software, TabKind::Desktop}) {
         givenPaneOf(kind);

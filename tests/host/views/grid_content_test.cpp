@@ -79,6 +79,16 @@ TEST_F(GridContentTest, ANewGroupSlidesOpen) {
     EXPECT_NEAR(group(L"SYSTEM").height, kCellHeight, 0.5);
 }
 
+TEST_F(GridContentTest, NoHeaderIsHoveredAfterTheGroupsWereSorted) {
+    givenGroups({{L"G", 3}});
+    const auto [x, y] = headerOf(L"G");
+    hover(x, y);
+    frame();
+    ASSERT_EQ(grid.hoverGroup, 0);
+    grid.addEntry(item(L"a", special(SpecialGroup::System)));
+    EXPECT_EQ(grid.hoverGroup, -1);
+}
+
 TEST_F(GridContentTest, AnItemThatIsShownAlreadyIsNotShownTwice) {
     givenGroups({{L"G", 3}});
     grid.addEntry(cell(L"G1").entry);
@@ -93,10 +103,15 @@ TEST_F(GridContentTest, ARemovedItemLeavesItsGroupAndTheOthersKeepTheirs) {
     grid.removeEntry(cell(L"G1").entry);
     EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G2"}));
     EXPECT_EQ(orderOf(L"H"), (Words{L"H0", L"H1"}));
+    EXPECT_EQ(cell(L"G2").targetX, 10 + kCellWidth);  // it moves up at once
 }
 
 TEST_F(GridContentTest, AGroupWithoutItemsGoesAway) {
     givenGroups({{L"G", 1}, {L"H", 2}});
+    const auto [x, y] = headerOf(L"G");
+    hover(x, y);
+    frame();
+    ASSERT_EQ(grid.hoverGroup, 0);
     grid.removeEntry(cell(L"G0").entry);
     EXPECT_EQ(groupNames(), (Words{L"H"}));
     EXPECT_EQ(grid.hoverGroup, -1);
@@ -118,6 +133,18 @@ TEST_F(GridContentTest, ACellOfAnotherMetadataObjectIsMatchedByTheShell) {
     bare.pidl = idOf(L"a");
     grid.removeEntry(bare);
     EXPECT_TRUE(grid.cells.empty());
+}
+
+TEST_F(GridContentTest, ItemsWithoutMetadataAreToldApartByTheirIdLists) {
+    EntryList list;
+    for (const wchar_t* name : {L"a", L"b"}) {
+        FileEntry bare;
+        bare.pidl = idOf(name);
+        list.entries.push_back(bare);
+    }
+    grid.setEntries(list, TabKind::Desktop);
+    grid.removeEntry(list.entries[1]);
+    EXPECT_EQ(cellNames(), (Words{L"a"}));
 }
 
 TEST_F(GridContentTest, AnUnknownItemChangesNothing) {
@@ -173,6 +200,14 @@ TEST_F(GridContentTest, AnUpdateInTheSameGroupSortsItAnewAndAsksForTheIcon) {
     EXPECT_EQ(grid.asked, (std::vector<int>{2}));
 }
 
+TEST_F(GridContentTest, AnUpdateInTheSameGroupLeavesTheGroupOpen) {
+    givenGroups({{L"G", 1}});
+    clickHeader(L"G");
+    ASSERT_FALSE(group(L"G").collapsed);
+    grid.updateEntry(cell(L"G0").entry);
+    EXPECT_FALSE(group(L"G").collapsed);
+}
+
 TEST_F(GridContentTest, ARenamedItemKeepsItsGroupAndItsPlace) {
     givenGroups({{L"G", 3}});
     settle();
@@ -196,6 +231,37 @@ TEST_F(GridContentTest, ARenamedItemStillFollowsALaterUpdateToItsNewGroup) {
     EXPECT_EQ(orderOf(L"Elsewhere"), (Words{L"G1"}));
 }
 
+TEST_F(GridContentTest, ARenamedItemMovesToThePlaceOfItsNewTime) {
+    givenGroups({{L"G", 3}});
+    grid.asked.clear();
+    FileEntry entry = cell(L"G2").entry;
+    entry.metaData->timestamp = clock.unixTime;
+    grid.renameEntry(entry);
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G2", L"G0", L"G1"}));
+    EXPECT_EQ(cell(L"G2").targetX, 10);
+    EXPECT_EQ(grid.asked, (std::vector<int>{2}));
+}
+
+TEST_F(GridContentTest, TheFirstItemCanBeRenamedToo) {
+    givenItems({L"a", L"b"});
+    FileEntry entry = cell(L"a").entry;
+    entry.pidl = idOf(L"renamed");
+    grid.renameEntry(entry);
+    EXPECT_EQ(cellNames(), (Words{L"renamed", L"b"}));
+}
+
+TEST_F(GridContentTest, ARenameWithoutMetadataChangesNoItemThatHasNoneEither) {
+    FileEntry bare;
+    bare.pidl = idOf(L"bare");
+    EntryList list;
+    list.entries = {bare};
+    grid.setEntries(list, TabKind::Desktop);
+    FileEntry renamed;
+    renamed.pidl = idOf(L"renamed");
+    grid.renameEntry(renamed);
+    EXPECT_EQ(cellNames(), (Words{L"bare"}));
+}
+
 TEST_F(GridContentTest, ARenameOfAnotherMetadataObjectChangesNothing) {
     givenItems({L"a"});
     grid.renameEntry(item(L"A"));
@@ -206,12 +272,13 @@ TEST_F(GridContentTest, OneIconOrAllCanBeAskedForAgain) {
     givenItems({L"a", L"b", L"c"});
     grid.asked.clear();
     grid.reloadIcon(idOf(L"B"));
-    EXPECT_EQ(grid.asked, (std::vector<int>{1}));
+    grid.reloadIcon(idOf(L"a"));
+    EXPECT_EQ(grid.asked, (std::vector<int>{1, 0}));
     grid.reloadIcon(idOf(L"x"));
     grid.reloadIcon(ItemIdList());
-    EXPECT_EQ(grid.asked.size(), 1u);
+    EXPECT_EQ(grid.asked.size(), 2u);
     grid.reloadAllIcons();
-    EXPECT_EQ(grid.asked, (std::vector<int>{1, 0, 1, 2}));
+    EXPECT_EQ(grid.asked, (std::vector<int>{1, 0, 0, 1, 2}));
 }
 
 TEST_F(GridContentTest, AnItemWithoutMetadataIsShownLikeAnyOther) {

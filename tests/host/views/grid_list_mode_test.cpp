@@ -151,6 +151,25 @@ TEST_F(GridListTest, AClickOnTheHeaderGoesToTheTop) {
     EXPECT_EQ(grid.cells[1].targetY, 10 + 26 + 24);
 }
 
+TEST_F(GridListTest, AClickOnTheHeaderLaysTheRowsOutInTheirNewOrderAtOnce) {
+    givenResults({result(L"b", 1, 1), result(L"a", 2, 2)});
+    ASSERT_EQ(cell(L"b").targetY, 10 + 26);
+    clickColumn(SortColumn::Name);
+    EXPECT_EQ(cell(L"a").targetY, 10 + 26);
+    EXPECT_EQ(cell(L"b").targetY, 10 + 26 + 24);
+}
+
+TEST_F(GridListTest, AfterAClickOnTheHeaderNoRowIsPressedOrHovered) {
+    givenResults({result(L"b", 1, 1), result(L"a", 2, 2)});
+    click(100, 40);
+    ASSERT_EQ(selectedNames(), (Words{L"b"}));
+    hover(100, 40);
+    clickColumn(SortColumn::Name);
+    EXPECT_EQ(grid.pressedIndex, -1);
+    EXPECT_EQ(selectedNames(), Words{});  // and not the row that came to the place of the pressed one
+    EXPECT_EQ(grid.hoverCell(), nullptr);
+}
+
 TEST_F(GridListTest, TheHeaderCoversTheRowsThatScrolledUnderIt) {
     std::vector<FileEntry> entries;
     for (int i = 0; i < 100; ++i) entries.push_back(item(std::to_wstring(i)));

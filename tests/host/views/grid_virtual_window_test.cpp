@@ -240,6 +240,25 @@ TEST_F(GridVirtualTest, AListReplacesASource) {
     EXPECT_EQ(grid.contentHeight, kCellHeight + 10);
 }
 
+TEST_F(GridVirtualTest, AnEmptySourceLeavesNothingToScrollAtOnce) {
+    givenSource(1000);
+    scrollTo(3000);
+    givenSource(0);
+    EXPECT_EQ(grid.contentHeight, 10);
+    EXPECT_EQ(grid.windowFirst, 0u);
+    EXPECT_EQ(grid.windowCount, 0u);
+}
+
+TEST_F(GridVirtualTest, AListLetsGoOfTheSource) {
+    const auto held = std::make_shared<int>(0);
+    grid.setVirtualSource(
+        10, [this, held](std::uint64_t first, std::uint64_t count) { return rows(first, count); });
+    ASSERT_GT(held.use_count(), 1);
+    givenItems({L"a"});
+    EXPECT_EQ(held.use_count(), 1);
+    EXPECT_EQ(grid.virtualCount, 0u);
+}
+
 TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowIsBuiltAnewOnTheNextFrame) {
     givenSource(1000);
     frame();
@@ -271,12 +290,17 @@ TEST_F(GridVirtualTest, TheRowsOfAScrolledWindowStayInPlaceWhenTheIconsGrow) {
 
 TEST_F(GridVirtualTest, SingleChangesAreLeftToTheSource) {
     givenSource(10);
-    const FileEntry entry = grid.cells[0].entry;
+    FileEntry entry = grid.cells[0].entry;
+    const Words before = cellNames();
+    grid.asked.clear();
     grid.removeEntry(entry);
     grid.addEntry(item(L"new"));
+    entry.pidl = idOf(L"renamed");
     grid.updateEntry(entry);
     grid.renameEntry(entry);
-    EXPECT_EQ(grid.cells.size(), 10u);
+    EXPECT_EQ(cellNames(), before);
+    EXPECT_FALSE(grid.dirty);
+    EXPECT_TRUE(grid.asked.empty());
 }
 
 }  // namespace

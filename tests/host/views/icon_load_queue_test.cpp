@@ -125,6 +125,30 @@ TEST_F(GridIconTest, ACellRemovedWhileItsLoadRunsLeavesEveryIconToBeAskedForAgai
     EXPECT_EQ(grid.asked, (std::vector<int>{0, 1}));
 }
 
+TEST_F(GridIconTest, AListReplacedWhileALoadRunsIsAskedForItsIconsAgain) {
+    givenItems({L"a"});
+    const auto load = grid.beginIconLoad(0);
+    givenItems({L"b"});
+    grid.asked.clear();
+    grid.finishIconLoad(load, someTexture());
+    frame();
+    EXPECT_EQ(grid.asked, (std::vector<int>{0}));
+}
+
+TEST_F(GridIconTest, RowsSortedWhileALoadRunsLeaveEveryIconToBeAskedForAgain) {
+    givenPane(544, 400);
+    givenItems({L"b", L"a"});
+    grid.layoutMode = LayoutMode::List;
+    settle();
+    const auto load = grid.beginIconLoad(0);
+    click(50, 5);  // the header of the name column
+    ASSERT_EQ(cellNames(), (Words{L"a", L"b"}));
+    grid.asked.clear();
+    grid.finishIconLoad(load, someTexture());
+    frame();
+    EXPECT_EQ(grid.asked, (std::vector<int>{0, 1}));
+}
+
 TEST_F(GridIconTest, IconsThatComeInTimeAreNotAskedForAgain) {
     givenItems({L"a", L"b"});
     grid.asked.clear();
