@@ -64,6 +64,18 @@ TEST_F(GridKeysTest, OnlyLettersAreTypedAhead) {
     EXPECT_EQ(selectedNames(), Words{});
 }
 
+TEST_F(GridKeysTest, EveryLetterIsTypedAheadInEitherCase) {
+    givenItems({L"able", L"zoo", L"Ant", L"Zebra"});
+    key('a');
+    EXPECT_EQ(selectedNames(), (Words{L"able"}));
+    key('z');
+    EXPECT_EQ(selectedNames(), (Words{L"zoo"}));
+    key('A');
+    EXPECT_EQ(selectedNames(), (Words{L"Ant"}));
+    key('Z');
+    EXPECT_EQ(selectedNames(), (Words{L"Zebra"}));
+}
+
 TEST_F(GridKeysTest, KeysGoToTheActivePaneAlone) {
     givenItems({L"apple"});
     IconGridManager::activeGrid = nullptr;
@@ -187,7 +199,8 @@ TEST_F(GridKeysTest, CtrlCCopiesTheSelectedItems) {
     givenItems({L"a", L"b", L"c"});
     grid.cells[0].selected = grid.cells[2].selected = true;
     ctrlKey('C');
-    ctrlKey('X');
+    EXPECT_EQ(actions.done, (Words{L"copy a c"}));
+    ctrlKey('x');
     EXPECT_EQ(actions.done, (Words{L"copy a c", L"cut a c"}));
 }
 
@@ -226,6 +239,29 @@ TEST_F(GridKeysTest, DeleteSendsTheSelectedItemsToTheRecycleBin) {
     EXPECT_EQ(actions.done, (Words{L"recycle b"}));
 }
 
+TEST_F(GridKeysTest, CtrlWithAnyOtherLetterDoesNothing) {
+    EntryList list;
+    list.entries = {item(L"a")};
+    list.folder = idOf(L"Desktop");
+    grid.setEntries(list, TabKind::Desktop);
+    grid.cells[0].selected = true;
+    for (int letter = 'A'; letter <= 'Z'; ++letter) {
+        if (letter != 'C' && letter != 'X' && letter != 'V') ctrlKey(letter);
+    }
+    EXPECT_EQ(actions.done, Words{});
+}
+
+// On many keyboards the two together make a character, as the right Alt key does.
+TEST_F(GridKeysTest, CtrlWithAltIsNoCommandAndTypesNothing) {
+    givenItems({L"cherry", L"citron"});
+    grid.cells[1].selected = true;
+    input.altDown = true;
+    ctrlKey('C');
+    ctrlKey(kDelete);
+    EXPECT_EQ(actions.done, Words{});
+    EXPECT_EQ(selectedNames(), (Words{L"citron"}));
+}
+
 TEST_F(GridKeysTest, AnOverviewPaneRefusesWhatChangesFiles) {
     EntryList list;
     list.entries = {item(L"a")};
@@ -238,6 +274,22 @@ TEST_F(GridKeysTest, AnOverviewPaneRefusesWhatChangesFiles) {
     EXPECT_EQ(actions.done, Words{});
     ctrlKey('C');
     EXPECT_EQ(actions.done, (Words{L"copy a"}));
+}
+
+TEST_F(GridKeysTest, WithoutActionsNoKeyDoesMoreThanSelect) {
+    WordGrid bare({input, clock, shell, settings, language, nullptr}, TabKind::Desktop);
+    EntryList list;
+    list.entries = {item(L"a"), item(L"b")};
+    list.folder = idOf(L"Desktop");
+    bare.setEntries(list, TabKind::Desktop);
+    IconGridManager::activeGrid = &bare;
+    bare.onKeyDown('B');
+    bare.onKeyDown(kDelete);
+    input.ctrlDown = true;
+    for (const int key : {'C', 'X', 'V'}) bare.onKeyDown(key);
+    EXPECT_FALSE(bare.cells[0].selected);
+    EXPECT_TRUE(bare.cells[1].selected);
+    EXPECT_EQ(bare.cells.size(), 2u);
 }
 
 TEST_F(GridKeysTest, CtrlLettersAreNotTypedAhead) {

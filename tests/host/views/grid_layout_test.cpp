@@ -9,6 +9,27 @@ namespace {
 
 class GridLayoutTest : public GridTest {};
 
+TEST_F(GridLayoutTest, ANewPaneIsEmptyAtRestAndOfStandardMeasures) {
+    EXPECT_EQ(grid.layoutMode, LayoutMode::None);
+    EXPECT_EQ(grid.tabKind, TabKind::Desktop);
+    EXPECT_EQ(grid.columns, 15);
+    EXPECT_EQ(grid.cellWidth, 60);  // until the first layout
+    EXPECT_EQ(grid.cellHeight, 60);
+    EXPECT_EQ(grid.iconSize, 48);
+    EXPECT_EQ(grid.baseIconSize, 48);
+    EXPECT_EQ(grid.contentHeight, 0);
+    EXPECT_EQ(grid.pressedIndex, -1);
+    EXPECT_EQ(grid.hoverIndex, -1);
+    EXPECT_EQ(grid.hoverGroup, -1);
+    EXPECT_EQ(grid.selection.lastMatch, -1);
+    EXPECT_EQ(grid.scrollBarHoldSeconds, 1);
+    EXPECT_EQ(grid.lastScrollActivity, clock.steady);
+    EXPECT_EQ(grid.lastWheelActivity, clock.steady);
+    EXPECT_TRUE(grid.selectable);
+    EXPECT_FALSE(grid.dirty);
+    EXPECT_FALSE(frame());
+}
+
 TEST_F(GridLayoutTest, AStandardCellIs94By110Pixels) {
     givenPane(400, 300);
     EXPECT_EQ(grid.cellWidth, 94);
