@@ -190,6 +190,27 @@ TEST_F(GridAnimationTest, ADraggedCellIsHeldStillAndShakesOnceWhereItLands) {
     EXPECT_NE(b.shakeX, 0);
 }
 
+TEST_F(GridAnimationTest, AFrameSeesTheCellsBeforeItMovesTheGroups) {
+    givenPane(400, 900);
+    givenGroups({{L"G", 5}, {L"H", 1}});
+    clickHeader(L"G");
+    frame(0.1f);
+    EXPECT_GT(group(L"G").height, kCellHeight + grid.groupHeaderGap);
+    EXPECT_FALSE(cell(L"G4").visible);  // the second row was still behind the clip
+    frame(0);
+    EXPECT_TRUE(cell(L"G4").visible);
+}
+
+TEST_F(GridAnimationTest, AFrameMovesTheGroupsBeforeTheirCells) {
+    givenPane(400, 900);
+    givenGroups({{L"G", 5}, {L"H", 1}});
+    clickHeader(L"G");
+    const float before = cell(L"H0").y;
+    frame();
+    EXPECT_GT(cell(L"H0").y, before);
+    EXPECT_EQ(cell(L"H0").targetY, group(L"H").y + grid.groupHeaderHeight + grid.groupHeaderGap);
+}
+
 TEST_F(GridAnimationTest, AGroupWithinHalfAPixelOfItsHeightNeedsNoFrame) {
     givenGroups({{L"G", 3}});
     settle();

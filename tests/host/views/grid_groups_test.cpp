@@ -129,6 +129,21 @@ TEST_F(GridGroupsTest, OnlyTheLeftPartOfAHeaderIsHit) {
     EXPECT_EQ(groupAt(110, y + 24.5f), kNoGroup);
 }
 
+TEST_F(GridGroupsTest, NoHeaderIsHoveredInAnotherLayout) {
+    givenPane(400, 900);
+    givenGroups({{L"G", 6}});
+    const auto [x, y] = headerOf(L"G");
+    hover(x, y);
+    frame();
+    ASSERT_EQ(grid.hoverGroup, 0);
+    for (const LayoutMode mode : {LayoutMode::List, LayoutMode::Flat}) {
+        grid.hoverGroup = 0;
+        grid.layoutMode = mode;
+        frame();
+        EXPECT_EQ(grid.hoverGroup, kNoGroup);
+    }
+}
+
 TEST_F(GridGroupsTest, OfTwoHeadersUnderTheCursorTheFirstIsHit) {
     givenPane(400, 900);
     givenGroups({{L"G", 1}, {L"H", 1}});

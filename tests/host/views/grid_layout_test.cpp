@@ -28,6 +28,7 @@ TEST_F(GridLayoutTest, ANewPaneIsEmptyAtRestAndOfStandardMeasures) {
     EXPECT_TRUE(grid.selectable);
     EXPECT_FALSE(grid.dirty);
     EXPECT_FALSE(frame());
+    EXPECT_EQ(grid.contentHeight, 0);  // nothing is laid out before there is a list
 }
 
 TEST_F(GridLayoutTest, AStandardCellIs94By110Pixels) {
@@ -191,6 +192,25 @@ TEST_F(GridLayoutTest, AnIconScaleChangedByMoreLaysTheGridOutOnTheNextFrame) {
     EXPECT_TRUE(frame());
     EXPECT_FLOAT_EQ(grid.iconSize, 1.02f * 48);
     EXPECT_FLOAT_EQ(cell(L"b").targetX, 10 + 1.02f * 48 + 46);
+}
+
+TEST_F(GridLayoutTest, AnIconScaleChangedByALittleOverAHundredthCounts) {
+    givenPane(400, 900);
+    givenItems({L"a", L"b"});
+    settings.iconScale = 1.0105f;
+    frame();
+    EXPECT_FLOAT_EQ(grid.iconSize, 1.0105f * 48);
+}
+
+TEST_F(GridLayoutTest, AnIconScaleChangedByExactlyAHundredthIsIgnored) {
+    givenPane(400, 900);
+    givenItems({L"a", L"b"});
+    grid.baseIconSize = 100;
+    frame();
+    ASSERT_EQ(grid.iconSize, 100);
+    settings.iconScale = 1.01f;
+    frame();
+    EXPECT_EQ(grid.iconSize, 100);
 }
 
 TEST_F(GridLayoutTest, AnIconScaleChangeLaysOutGroupsToo) {

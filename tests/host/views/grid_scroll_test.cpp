@@ -40,6 +40,14 @@ TEST_F(GridScrollTest, ContentMovesByItsSpeedWhichThenLosesEightTimesItselfPerSe
     EXPECT_FLOAT_EQ(grid.scrollVelocity, -600 + 600 * 8 * 0.01f);
 }
 
+TEST_F(GridScrollTest, AFrameReadsTheCursorBeforeTheContentMoves) {
+    grid.scrollY = 100;
+    grid.scrollVelocity = -600;
+    frame(0.01f);
+    EXPECT_EQ(grid.scrollY, 106);
+    EXPECT_EQ(grid.mouseY, 150 + 100);
+}
+
 TEST_F(GridScrollTest, ASpeedBelowAPixelPerSecondIsNone) {
     grid.scrollY = 100;
     grid.scrollVelocity = -1.05f;
@@ -75,6 +83,17 @@ TEST_F(GridScrollTest, ScrollingNeedsFramesUntilTheBarHasFaded) {
     EXPECT_LE(grid.scrollBarAlpha, 0.001f);
     EXPECT_EQ(grid.scrollVelocity, 0);
     EXPECT_FALSE(frame());
+}
+
+TEST_F(GridScrollTest, TheBarOfAGroupedPaneNeedsFramesTooUntilItHasFaded) {
+    givenGroups({{L"G", 30}, {L"H", 30}, {L"I", 30}});
+    settle();
+    grid.onMouseWheel(-1);
+    EXPECT_TRUE(frame());
+    grid.scrollVelocity = 0;
+    EXPECT_TRUE(frame());
+    settle();
+    EXPECT_LE(grid.scrollBarAlpha, 0.001f);
 }
 
 TEST_F(GridScrollTest, TheBarFadesInAtItsRate) {

@@ -205,5 +205,11 @@ TEST_F(GridSelectionTest, OnlyThePaneThatTookThePressIsActive) {
     EXPECT_EQ(IconGridManager::activeGrid, nullptr);
 }
 
+TEST_F(GridSelectionTest, ThePaneThatTookThePressStaysActiveWhenAnotherOneGoes) {
+    press(10, 10);
+    { const WordGrid other({input, clock, shell, settings, language, nullptr}, TabKind::Software); }
+    EXPECT_EQ(IconGridManager::activeGrid, &grid);
+}
+
 }  // namespace
 }  // namespace varnelo

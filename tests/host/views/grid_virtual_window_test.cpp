@@ -3,6 +3,7 @@
 #include <numeric>
 
 #include "host/views/grid_test.h"
+#include "views/grid_scroll.h"
 
 namespace varnelo {
 namespace {
@@ -30,6 +31,12 @@ TEST_F(GridVirtualTest, OnlyTheRowsInSightAndThreeMoreAreHeld) {
     EXPECT_EQ(grid.cells.size(), (2u + 3) * 4);
     EXPECT_EQ(grid.windowFirst, 0u);
     EXPECT_EQ(grid.contentHeight, 250000 * kCellHeight + 10);
+}
+
+TEST_F(GridVirtualTest, APaneLowerThanARowHoldsThreeRows) {
+    givenPane(4 * kCellWidth + 30, 100);
+    givenSource(1000);
+    EXPECT_EQ(grid.cells.size(), 3u * 4);
 }
 
 TEST_F(GridVirtualTest, TheWindowFollowsTheScrollPosition) {
@@ -75,6 +82,11 @@ TEST_F(GridVirtualTest, AScrollPositionBeyondTheEndHoldsNothing) {
     EXPECT_EQ(wantedWindow(grid).first, 9u);
     settle();
     EXPECT_FALSE(grid.cells.empty());  // the scroll position came back
+    grid.listMode.listEnabled = true;
+    givenSource(10);
+    grid.scrollY = 11 * 24 + 10 + 26;  // one row behind the last
+    EXPECT_EQ(wantedWindow(grid).count, 0u);
+    EXPECT_EQ(wantedWindow(grid).first, 9u);
 }
 
 TEST_F(GridVirtualTest, RowsOfAListStandUnderTheHeader) {
@@ -98,6 +110,15 @@ TEST_F(GridVirtualTest, TheSelectionSurvivesTheMoveOfTheWindow) {
     EXPECT_EQ(selectedNames(), Words{});
     scrollTo(0);
     EXPECT_EQ(selectedNames(), (Words{L"row1"}));
+}
+
+TEST_F(GridVirtualTest, WhatWasSelectedInAListIsNotSelectedInASource) {
+    givenItems({L"a", L"b"});
+    frame();
+    clickOn(L"b");
+    ctrlClickOn(L"a");
+    givenSource(100);
+    EXPECT_EQ(selectedNames(), Words{});
 }
 
 TEST_F(GridVirtualTest, ClicksChangeTheRowsOutsideOfTheWindowToo) {
@@ -150,6 +171,19 @@ TEST_F(GridVirtualTest, ThePressedRowIsFollowedWhenTheWindowMoves) {
     EXPECT_EQ(grid.pressedIndex, 3);
 }
 
+TEST_F(GridVirtualTest, ADragEndsWhenTheWindowMoves) {
+    givenSource(1000);
+    frame();
+    const auto [x, y] = iconOf(L"row1");
+    press(x, y);
+    drag(x + 6, y);
+    ASSERT_TRUE(grid.cellDragActive);
+    scrollTo(5000);
+    EXPECT_FALSE(grid.cellDragActive);
+    release();
+    EXPECT_FALSE(grid.dirty);
+}
+
 TEST_F(GridVirtualTest, NothingHoversAfterTheWindowMoved) {
     givenSource(1000);
     frame();
@@ -167,6 +201,7 @@ TEST_F(GridVirtualTest, ASourceThatRunsDryShrinksTheListAndTheScrollRange) {
     });
     scrollTo(1000 * 24);
     EXPECT_LT(grid.virtualCount, 1000u);
+    EXPECT_LE(grid.scrollY, maxScroll(grid));  // the frame that learns it pulls the position back
     const float before = grid.contentHeight;
     settle();
     EXPECT_LE(grid.contentHeight, before);
@@ -195,6 +230,7 @@ TEST_F(GridVirtualTest, AProviderThatNeverReturnsAnythingEndsInAnEmptyPane) {
     grid.setVirtualSource(1000, [](std::uint64_t, std::uint64_t) { return std::vector<FileEntry>(); });
     EXPECT_GE(settle(), 0);
     EXPECT_EQ(grid.cells.size(), 0u);
+    EXPECT_EQ(grid.virtualCount, 0u);
 }
 
 TEST_F(GridVirtualTest, AProviderMayWriteToItsArguments) {
@@ -275,6 +311,17 @@ TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowIsBuiltAnewOnTheNextFrame) {
     EXPECT_EQ(selectedNames(), (Words{L"row0"}));
 }
 
+TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowOfAListIsBuiltAnewToo) {
+    givenList();
+    frame();
+    ViewRect result;
+    grid.setViewRect({0, 0, 300, 500}, false, 0, result);
+    EXPECT_TRUE(grid.cells.empty());
+    EXPECT_EQ(grid.windowFirst, ~std::uint64_t{0});
+    frame();
+    EXPECT_EQ(grid.cells.size(), 20u + 3);
+}
+
 TEST_F(GridVirtualTest, TheRowsOfAScrolledWindowStayInPlaceWhenTheIconsGrow) {
     givenSource(1000);
     scrollTo(3000);
@@ -286,6 +333,16 @@ TEST_F(GridVirtualTest, TheRowsOfAScrolledWindowStayInPlaceWhenTheIconsGrow) {
         EXPECT_EQ(grid.cells[i].targetY,
                   static_cast<float>(row / static_cast<std::uint64_t>(grid.columns)) * grid.cellHeight + 10);
     }
+}
+
+TEST_F(GridVirtualTest, AWindowThatHoldsTheSameRowsIsLaidOutWhenTheIconsGrow) {
+    givenSource(1000);
+    frame();
+    const std::uint64_t count = grid.windowCount;
+    settings.iconScale = 1.05f;
+    frame();
+    ASSERT_EQ(grid.windowCount, count);
+    EXPECT_FLOAT_EQ(grid.cells[1].targetX, 10 + 1.05f * 48 + 46);
 }
 
 TEST_F(GridVirtualTest, SingleChangesAreLeftToTheSource) {

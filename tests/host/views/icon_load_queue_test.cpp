@@ -149,6 +149,18 @@ TEST_F(GridIconTest, RowsSortedWhileALoadRunsLeaveEveryIconToBeAskedForAgain) {
     EXPECT_EQ(grid.asked, (std::vector<int>{0, 1}));
 }
 
+TEST_F(GridIconTest, AWindowMovedWhileALoadRunsIsAskedForItsIconsAgain) {
+    givenPane(4 * kCellWidth + 30, 250);
+    givenSource(1000);
+    const auto load = grid.beginIconLoad(0);
+    grid.scrollY = 5000;
+    frame();
+    grid.asked.clear();
+    grid.finishIconLoad(load, someTexture());
+    frame();
+    EXPECT_EQ(grid.asked.size(), grid.cells.size());
+}
+
 TEST_F(GridIconTest, IconsThatComeInTimeAreNotAskedForAgain) {
     givenItems({L"a", L"b"});
     grid.asked.clear();
