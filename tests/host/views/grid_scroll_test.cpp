@@ -66,6 +66,16 @@ TEST_F(GridScrollTest, TheEndsOfTheContentStopIt) {
     EXPECT_EQ(grid.scrollVelocity, 0);
 }
 
+TEST_F(GridScrollTest, ContentThatShrinksWithItsIconsStopsInTheSameFrame) {
+    grid.scrollY = 700;
+    grid.scrollVelocity = -60;
+    settings.iconScale = 0.5f;
+    frame(0.01f);
+    EXPECT_EQ(grid.scrollY, maxScroll(grid));
+    EXPECT_LT(grid.scrollY, 700);
+    EXPECT_EQ(grid.scrollVelocity, 0);
+}
+
 TEST_F(GridScrollTest, ContentThatFitsDoesNotScroll) {
     givenItems({L"a"});
     grid.onMouseWheel(-120);

@@ -75,6 +75,30 @@ TEST_F(GridVirtualTest, TheLastWindowIsCutToTheRowsOfTheSource) {
     EXPECT_EQ(grid.windowCount, 10u);
 }
 
+TEST_F(GridVirtualTest, ASourceIsNeverAskedForNoRows) {
+    std::vector<std::uint64_t> counts;
+    grid.setVirtualSource(10, [&](std::uint64_t first, std::uint64_t count) {
+        counts.push_back(count);
+        return rows(first, count);
+    });
+    grid.scrollY = 100000;
+    EXPECT_TRUE(refreshVirtualWindow(grid));
+    EXPECT_TRUE(grid.cells.empty());
+    EXPECT_EQ(counts, (std::vector<std::uint64_t>{10}));
+}
+
+TEST_F(GridVirtualTest, ASourceOfOneRowShowsIt) {
+    givenSource(1);
+    frame();
+    EXPECT_EQ(visibleNames(), (Words{L"row0"}));
+}
+
+TEST_F(GridVirtualTest, ASourceWithoutAProviderShowsNothing) {
+    grid.setVirtualSource(100, nullptr);
+    EXPECT_GE(settle(), 0);
+    EXPECT_TRUE(grid.cells.empty());
+}
+
 TEST_F(GridVirtualTest, AScrollPositionBeyondTheEndHoldsNothing) {
     givenSource(10);
     grid.scrollY = 100000;
@@ -156,6 +180,31 @@ TEST_F(GridVirtualTest, TheLassoGoesOnWhenTheWindowMoves) {
     drag(200, 200);
     release();
     EXPECT_FALSE(grid.selection.rows.empty());
+}
+
+TEST_F(GridVirtualTest, WhatARunningLassoHasSelectedIsKeptWhenTheWindowMoves) {
+    givenSource(1000);
+    frame();
+    press(11, 109);  // between the rows of cells
+    ASSERT_TRUE(grid.lasso.active);
+    drag(20, 130);
+    ASSERT_EQ(selectedNames(), (Words{L"row4"}));
+    scrollTo(3000);
+    EXPECT_EQ(grid.selection.rows, (Rows{4}));
+}
+
+TEST_F(GridVirtualTest, APressedRowJustBehindTheNewWindowIsPressedNoMore) {
+    givenList();
+    frame();
+    scrollTo(24 * 3 + 36);
+    ASSERT_EQ(grid.windowFirst, 2u);
+    const IconCell& last = cell(L"row13");
+    press(100, last.y + 5 - grid.scrollY);
+    ASSERT_EQ(grid.pressedIndex, 11);
+    scrollTo(0);
+    ASSERT_EQ(grid.cells.size(), 13u);  // rows 0 to 12
+    EXPECT_EQ(grid.pressedIndex, -1);
+    release();
 }
 
 TEST_F(GridVirtualTest, ThePressedRowIsFollowedWhenTheWindowMoves) {
@@ -299,16 +348,18 @@ TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowIsBuiltAnewOnTheNextFrame) {
     givenSource(1000);
     frame();
     click(50, 30);
+    grid.cells[2].selected = true;
     const ViewRect rect{0, 0, 2 * kCellWidth + 30, 250};
     ViewRect result;
     grid.setViewRect(rect, false, 0, result);
+    EXPECT_EQ(grid.pressedIndex, -1);
     EXPECT_EQ(grid.windowFirst, ~std::uint64_t{0});
     EXPECT_EQ(grid.windowCount, 0u);
     frame();
     EXPECT_EQ(grid.windowFirst, 0u);
     EXPECT_EQ(grid.cells.size(), 10u);
     EXPECT_EQ(grid.cells[2].y, 10 + kCellHeight);
-    EXPECT_EQ(selectedNames(), (Words{L"row0"}));
+    EXPECT_EQ(selectedNames(), (Words{L"row0", L"row2"}));
 }
 
 TEST_F(GridVirtualTest, AfterASplitterMoveTheWindowOfAListIsBuiltAnewToo) {

@@ -30,6 +30,11 @@ TEST(LabelFit, ATextThatFitsStaysAsItIs) { EXPECT_EQ(fit(L"notes", 50), L"notes"
 
 TEST(LabelFit, ALineBreaksAtASpaceWhichGoesAway) { EXPECT_EQ(fit(L"my long notes", 80), L"my long\nnotes"); }
 
+TEST(LabelFit, AWordThatDoesNotFitMovesToTheNextLineWhole) {
+    EXPECT_EQ(fit(L"my notes", 50), L"my\nnotes");
+    EXPECT_EQ(fit(L"a b notes", 50), L"a b\nnotes");
+}
+
 TEST(LabelFit, ASpaceMayHangOverTheEdge) { EXPECT_EQ(fit(L"abcde fghij", 50), L"abcde\nfghij"); }
 
 TEST(LabelFit, AWordWiderThanALineIsBrokenInside) { EXPECT_EQ(fit(L"abcdefgh", 50), L"abcde\nfgh"); }
@@ -49,6 +54,11 @@ TEST(LabelFit, ACutLeavesNoSpaceBeforeTheDots) {
 TEST(LabelFit, ATextThatFillsTheLastLineHasNoDots) { EXPECT_EQ(fit(L"abcde fghij", 50), L"abcde\nfghij"); }
 
 TEST(LabelFit, ANewlineInTheNameBreaksTheLine) { EXPECT_EQ(fit(L"a\nb", 50), L"a\nb"); }
+
+TEST(LabelFit, AnEmptyLineStaysEmpty) {
+    EXPECT_EQ(fit(L"a\n\nb", 50, 3), L"a\n\nb");
+    EXPECT_EQ(fit(L"\nab", 50), L"\nab");
+}
 
 TEST(LabelFit, TheThirdLineOfANameWithNewlinesBecomesDots) { EXPECT_EQ(fit(L"a\nb\nc", 50), L"a\nb\u2026"); }
 

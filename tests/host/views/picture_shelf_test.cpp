@@ -4,6 +4,7 @@
 
 #include <set>
 #include <tuple>
+#include <utility>
 
 namespace varnelo {
 namespace {
@@ -56,6 +57,31 @@ TEST_F(PictureShelfTest, SlotsDoNotOverlapAndLieOnTheirPage) {
         EXPECT_LE(shelf.page(i).width(), PictureShelf::kPageWidth);
         EXPECT_LE(shelf.page(i).height(), PictureShelf::kPageHeight);
     }
+}
+
+TEST_F(PictureShelfTest, APageHoldsAsManySlotsAsFitButAtLeastOne) {
+    const auto cut = [this](const std::wstring& text, SlotSize slot) {
+        const PictureShelf::Page& page = shelf.page(place(text, slot).page);
+        return std::pair(page.columns, page.rows);
+    };
+    EXPECT_EQ(cut(L"small", {106, 48}), std::pair(9, 5));
+    EXPECT_EQ(cut(L"high", {106, 200}), std::pair(9, 1));
+    EXPECT_EQ(cut(L"higher than a page", {106, 300}), std::pair(9, 1));
+}
+
+TEST_F(PictureShelfTest, APageIsFullBeforeTheNextIsMade) {
+    placeMany(9 * 5);
+    EXPECT_EQ(shelf.pageCount(), 1U);
+    place(L"one more");
+    EXPECT_EQ(shelf.pageCount(), 2U);
+}
+
+TEST_F(PictureShelfTest, SlotsOfOneWidthButAnotherHeightLieOnAnotherPage) {
+    const std::size_t first = place(L"a", {106, 48}).page;
+    const std::size_t higher = place(L"b", {106, 64}).page;
+    const std::size_t wider = place(L"c", {128, 48}).page;
+    EXPECT_EQ((std::set<std::size_t>{first, higher, wider}).size(), 3U);
+    EXPECT_EQ(place(L"d", {106, 48}).page, first);
 }
 
 TEST_F(PictureShelfTest, ASlotIsAtLeastAsLargeAsItsPicture) {
@@ -126,6 +152,15 @@ TEST_F(PictureShelfTest, AnEmptyPageIsCutAnewForAnotherSize) {
     EXPECT_LE(shelf.pageCount(), 2 * pages);
 }
 
+TEST_F(PictureShelfTest, APageCutAnewForgetsItsOldSlots) {
+    place(L"a");
+    shelf.place(kLabel, L"a", {}, {});  // gives the slot up
+    ASSERT_EQ(shelf.page(0).used, 0U);
+    EXPECT_EQ(place(L"large", {154, 48}).page, 0U);
+    EXPECT_EQ(shelf.page(0).columns, 6);
+    EXPECT_EQ(shelf.page(0).free.size(), 6U * 5 - 1);
+}
+
 TEST_F(PictureShelfTest, ATextThatShowsNothingIsRememberedWithoutASlot) {
     shelf.place(kLabel, L"\x200B", {}, kSlot);
     const PicturePlace* found = shelf.find(kLabel, L"\x200B");
@@ -140,6 +175,26 @@ TEST_F(PictureShelfTest, PlacingAgainReplacesThePicture) {
     EXPECT_EQ(shelf.pictureCount(), 1U);
     EXPECT_TRUE(shelf.find(kLabel, L"a")->extent.empty());
     EXPECT_EQ(shelf.page(0).used, 0U);
+}
+
+TEST_F(PictureShelfTest, APictureThatTookNoSlotGivesNoneUp) {
+    place(L"a");
+    shelf.place(kLabel, L"b", {}, kSlot);
+    place(L"b");
+    place(L"c");
+    EXPECT_EQ(shelf.page(0).used, 3U);
+    EXPECT_EQ(shelf.page(0).free.size(), 9U * 5 - 3);
+}
+
+TEST_F(PictureShelfTest, AfterClearingTheOldestIsOneOfTheNewPictures) {
+    placeMany(10);
+    shelf.clear();
+    placeMany(static_cast<int>(PictureShelf::kMaxPictures), L"m");
+    shelf.beginFrame();
+    place(L"new");
+    EXPECT_FALSE(has(L"m0"));
+    EXPECT_TRUE(has(L"m1"));
+    EXPECT_EQ(shelf.pictureCount(), PictureShelf::kMaxPictures);
 }
 
 TEST_F(PictureShelfTest, ClearingForgetsAll) {
