@@ -40,6 +40,7 @@ TEST_F(GridActionsTest, ALaunchedItemComesFirstInItsGroupAndItsGroupFirstAmongIt
     EXPECT_EQ(groupNames(), (Words{L"H", L"G"}));
     EXPECT_TRUE(grid.dirty);
     EXPECT_EQ(cell(L"H2").targetX, 10);
+    EXPECT_EQ(cell(L"H2").targetY, 10 + grid.groupHeaderHeight + grid.groupHeaderGap);
 }
 
 TEST_F(GridActionsTest, ADoubleClickOnNothingDoesNothing) {

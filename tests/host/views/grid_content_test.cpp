@@ -53,11 +53,21 @@ TEST_F(GridContentTest, TheFirstItemWithAGroupMakesThePaneGrouped) {
     givenItems({});
     grid.addEntry(item(L"a", cluster(L"G")));
     EXPECT_EQ(grid.layoutMode, LayoutMode::Grouped);
+    EXPECT_EQ(cell(L"a").y, group(L"G").y + grid.groupHeaderHeight + grid.groupHeaderGap);
     settle();
     EXPECT_EQ(visibleNames(), (Words{L"a"}));
     grid.removeEntry(cell(L"a").entry);
     EXPECT_EQ(grid.layoutMode, LayoutMode::Flat);
     EXPECT_TRUE(grid.groups.empty());
+}
+
+TEST_F(GridContentTest, WhenTheLastGroupGoesTheItemsWithoutOneAreLaidOutAtOnce) {
+    EntryList list;
+    list.entries = {item(L"g", cluster(L"G")), item(L"a"), item(L"b")};
+    grid.setEntries(list, TabKind::Desktop);
+    grid.removeEntry(cell(L"g").entry);
+    EXPECT_EQ(cell(L"a").targetX, 10);
+    EXPECT_EQ(cell(L"b").targetX, 10 + kCellWidth);
 }
 
 TEST_F(GridContentTest, BesideTheFirstGroupItemsWithoutOneAreNoLongerSeen) {

@@ -148,6 +148,16 @@ TEST_F(GridSelectionTest, LettingCtrlGoDuringTheLassoSelectsPlainly) {
     EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
 }
 
+TEST_F(GridSelectionTest, CtrlDuringALassoThatBeganWithoutItTurnsNothingOver) {
+    clickOn(L"e");
+    press(kEmptyX, kEmptyY);
+    input.ctrlDown = true;
+    drag(cell(L"f").x + 1, cell(L"f").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+    drag(kEmptyX, kEmptyY);
+    EXPECT_EQ(selectedNames(), Words{});
+}
+
 TEST_F(GridSelectionTest, TheLassoLeavesCellsAloneThatAreNotSeen) {
     grid.cells[0].selected = true;
     press(kEmptyX, kEmptyY);

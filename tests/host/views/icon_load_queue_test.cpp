@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <thread>
+#include <utility>
 
 #include "host/views/grid_test.h"
 
@@ -170,6 +171,34 @@ TEST_F(GridIconTest, IconsThatComeInTimeAreNotAskedForAgain) {
     frame();
     EXPECT_NE(cell(L"b").texture, nullptr);
     EXPECT_TRUE(grid.asked.empty());
+}
+
+TEST_F(GridIconTest, EveryRowOfAWindowIsAskedForItsIconOnce) {
+    class BeginningGrid final : public IconGridManager {
+    public:
+        using IconGridManager::IconGridManager;
+        std::vector<IconLoadQueue::Load> begun;
+        void loadIcon(int index) override { begun.push_back(beginIconLoad(index)); }
+        bool forwardShellMenu() override { return false; }
+        std::size_t finishAll() {
+            for (const IconLoadQueue::Load& load : begun) finishIconLoad(load, someTexture());
+            return std::exchange(begun, {}).size();
+        }
+    };
+    BeginningGrid pane({input, clock, shell, settings, language, nullptr}, TabKind::Desktop);
+    ViewRect rect{0, 0, 4 * kCellWidth + 30, 250};
+    pane.setViewRect(rect, false, 0);
+    pane.setVirtualSource(1000,
+                          [this](std::uint64_t first, std::uint64_t count) { return rows(first, count); });
+    pane.update();  // the window stays while the icons load
+    EXPECT_EQ(pane.finishAll(), pane.cells.size());
+    pane.update();
+    EXPECT_EQ(pane.finishAll(), 0u);
+    pane.scrollY = 5000;
+    pane.update();
+    EXPECT_EQ(pane.finishAll(), pane.cells.size());
+    pane.update();
+    EXPECT_EQ(pane.finishAll(), 0u);
 }
 
 TEST_F(GridIconTest, AllCellsHaveTheirOwnIconAtLastHoweverTheListChanges) {
