@@ -51,6 +51,15 @@ TEST_F(GridDragTest, ADraggedCellFollowsTheCursorWhereItWasGrabbed) {
     EXPECT_FLOAT_EQ(cell(L"a").y, before.y + 7);
 }
 
+TEST_F(GridDragTest, TheOtherCellsDoNotFollowTheCursor) {
+    givenFlat();
+    const IconCell before = cell(L"b");
+    takeHoldOf(L"a");
+    drag(input.cursorX + 5, input.cursorY + 7);
+    EXPECT_EQ(cell(L"b").x, before.x);
+    EXPECT_EQ(cell(L"b").y, before.y);
+}
+
 TEST_F(GridDragTest, ADragGoesOnWhereItBegan) {
     givenFlat();
     const IconCell before = cell(L"a");

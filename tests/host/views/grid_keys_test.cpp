@@ -104,6 +104,7 @@ TEST_F(GridKeysTest, AMatchThatIsHiddenOpensItsGroup) {
     EXPECT_EQ(selectedNames(), (Words{L"G5"}));
     EXPECT_FALSE(group(L"G").collapsed);
     EXPECT_TRUE(group(L"G").expandedByTypeAhead);
+    EXPECT_EQ(group(L"G").targetHeight, 2 * kCellHeight);
 }
 
 TEST_F(GridKeysTest, AMatchThatIsSeenLeavesItsGroupCollapsed) {
@@ -126,12 +127,37 @@ TEST_F(GridKeysTest, AGroupOpenedByTypingClosesWhenTheMatchIsElsewhere) {
     EXPECT_FALSE(group(L"G").expandedByTypeAhead);
 }
 
+TEST_F(GridKeysTest, AnyGroupOpenedByTypingClosesAlsoOneBelowTheMatch) {
+    givenPane(400, 900);
+    givenGroups({{L"G", 2}, {L"H", 6}});
+    frame();
+    cell(L"H4").selected = true;
+    key('H');
+    ASSERT_FALSE(group(L"H").collapsed);
+    settle();
+    key('G');
+    EXPECT_TRUE(group(L"H").collapsed);
+    EXPECT_FALSE(group(L"H").expandedByTypeAhead);
+}
+
 TEST_F(GridKeysTest, AGroupOpenedByAClickStaysOpenWhenTheMatchIsElsewhere) {
     givenPane(400, 900);
     givenGroups({{L"G", 6}, {L"H", 2}});
     clickHeader(L"G");
     settle();
     key('H');
+    EXPECT_FALSE(group(L"G").collapsed);
+}
+
+TEST_F(GridKeysTest, AGroupOpenedByAClickStaysTheUsersWhenAMatchInItIsOutOfSight) {
+    givenPane(400, 200);
+    givenGroups({{L"G", 20}});
+    clickHeader(L"G");
+    settle();
+    cell(L"G18").selected = true;
+    ASSERT_FALSE(cell(L"G19").visible);
+    key('G');
+    EXPECT_FALSE(group(L"G").expandedByTypeAhead);
     EXPECT_FALSE(group(L"G").collapsed);
 }
 
@@ -193,6 +219,19 @@ TEST_F(GridKeysTest, AMatchExactlyAtAMarginDoesNotScroll) {
     grid.cells[0].targetY = 100 + 500 - 10 - kCellHeight;
     EXPECT_FALSE(scrollTo(grid, 0));
     EXPECT_EQ(grid.scrollY, 100);
+}
+
+TEST_F(GridKeysTest, AMatchJustBeyondAMarginScrollsAndShowsTheBar) {
+    givenPane(10 + kCellWidth, 500);
+    givenItems({L"a"});
+    grid.scrollY = 100;
+    grid.cells[0].targetY = 100 + 10 + kCellHeight - 0.5f;
+    EXPECT_TRUE(scrollTo(grid, 0));
+    EXPECT_EQ(grid.scrollY, 99.5f);
+    grid.scrollY = 100;
+    grid.cells[0].targetY = 100 + 500 - 10 - kCellHeight + 0.5f;
+    EXPECT_TRUE(scrollTo(grid, 0));
+    EXPECT_EQ(grid.scrollY, 100.5f);
 }
 
 TEST_F(GridKeysTest, CtrlCCopiesTheSelectedItems) {
