@@ -161,6 +161,28 @@ TEST_F(GridDragTest, InAFlatPaneTheRowCountsFromTheTopOfTheClientArea) {
     EXPECT_EQ(cellNames(), (Words{L"b", L"c", L"d", L"e", L"a", L"f"}));
 }
 
+TEST_F(GridDragTest, InAFlatPaneTheMarginBelongsToNoColumnAndNoRow) {
+    givenFlat();
+    takeHoldOf(L"a");
+    drag(10 + kCellWidth - 1, 10 + kCellHeight - 1);
+    EXPECT_EQ(indexOf(L"a"), 0);
+    drag(10 + kCellWidth + 1, 10 + kCellHeight - 1);
+    EXPECT_EQ(indexOf(L"a"), 1);
+    drag(10 + kCellWidth + 1, 10 + kCellHeight + 1);
+    EXPECT_EQ(indexOf(L"a"), 5);
+}
+
+TEST_F(GridDragTest, InAGroupTheColumnsCountFromTheMarginOfThePane) {
+    givenPane(4 * kCellWidth + 30, 900, 50, 0);
+    givenGroups({{L"G", 4}});
+    frame();
+    takeHoldOf(L"G0");
+    drag(50 + 10 + kCellWidth - 1, input.cursorY);
+    EXPECT_EQ(orderOf(L"G")[0], L"G0");
+    drag(50 + 10 + kCellWidth + 1, input.cursorY);
+    EXPECT_EQ(orderOf(L"G")[1], L"G0");
+}
+
 TEST_F(GridDragTest, AnIndexOutOfRangeEndsAFlatMoveWithoutAnyChange) {
     givenFlat();
     takeHoldOf(L"a");
