@@ -85,9 +85,11 @@ std::wstring groupName(const GroupKey& key, const LanguageTable& language) {
     return language.translate(groupLanguageKey(key));
 }
 
-std::wstring groupHeaderText(const IconGroup& group, int columns) {
-    if (group.cells.size() <= static_cast<std::size_t>(columns)) return group.name;
-    return (group.collapsed ? kCollapsedArrow : kOpenArrow) + group.name;
+void writeGroupHeader(const IconGroup& group, int columns, std::wstring& text) {
+    text.clear();
+    if (group.cells.size() > static_cast<std::size_t>(columns))
+        text = group.collapsed ? kCollapsedArrow : kOpenArrow;
+    text += group.name;
 }
 
 void toggleGroup(GridState& grid, int group) {

@@ -23,8 +23,9 @@ void eraseCell(GridState& grid, int cell);
 int groupOfCell(const GridState& grid, int cell);
 
 std::wstring groupName(const GroupKey& key, const LanguageTable& language);
-// The text of a header: an arrow before the name when the group has more cells than one row can show.
-std::wstring groupHeaderText(const IconGroup& group, int columns);
+// Makes `text` that of a header: an arrow before the name when the group has more cells than one row can
+// show. The text's memory is used again, since every frame asks for every header.
+void writeGroupHeader(const IconGroup& group, int columns, std::wstring& text);
 
 // A click on a header: this group opens or closes, all others close.
 void toggleGroup(GridState& grid, int group);

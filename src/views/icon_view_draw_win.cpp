@@ -93,8 +93,8 @@ void IconView::drawGroupIcons(const IconGroup& group) {
 void IconView::drawHeader(const IconGroup& group) {
     const float x = marginX + viewRect.x;
     const float y = wholePixel(wholePixel(group.y) - scrollY);
-    if (const auto text = pictures.header(groupHeaderText(group, columns), wholePixel(x), y))
-        quads.add(*text);
+    writeGroupHeader(group, columns, headerText);
+    if (const auto text = pictures.header(headerText, wholePixel(x), y)) quads.add(*text);
     const float lineY = group.y + groupHeaderHeight + kUnderlineGap - scrollY;
     if (const auto line = pictures.underline(x, lineY)) quads.add(*line);
 }

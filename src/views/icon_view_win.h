@@ -76,6 +76,7 @@ private:
     IconLoader loader;
     TextPictures pictures;
     QuadBatch quads;
+    std::wstring headerText;  // of the header that is drawn
     ComRef<ID2D1SolidColorBrush> lassoFillBrush;
     ComRef<ID2D1SolidColorBrush> lassoOutlineBrush;
     std::atomic<bool> stopping{false};

@@ -106,8 +106,8 @@ public:
     const MenuBar& menu() const { return widgets.menuBar; }
     const TabStrip& tabs() const { return widgets.tabStrip; }
     SearchPanel& search() { return widgets.searchPanel; }
-    const IconView& tabPane() const { return leftPane; }
-    const IconView& softwarePane() const { return rightPane; }
+    IconView& tabPane() { return leftPane; }
+    IconView& softwarePane() { return rightPane; }
     TaskPool& tasks() { return taskPool; }
     const WidgetStatistics& widgetStatistics() const { return widgets.made(); }
 

@@ -65,12 +65,17 @@ TEST_F(GridGroupsTest, AHeaderShowsAnArrowOnlyIfTheGroupHasMoreThanARow) {
     IconGroup group;
     group.name = L"Music";
     group.cells = {0, 1, 2, 3};
-    EXPECT_EQ(groupHeaderText(group, 4), L"Music");
-    EXPECT_EQ(groupHeaderText(group, 3), L"\x25B6 Music");
+    std::wstring text = L"left over";
+    const auto header = [&](int columns) {
+        writeGroupHeader(group, columns, text);
+        return text;
+    };
+    EXPECT_EQ(header(4), L"Music");
+    EXPECT_EQ(header(3), L"\x25B6 Music");
     group.collapsed = false;
-    EXPECT_EQ(groupHeaderText(group, 3), L"\x25BC Music");
+    EXPECT_EQ(header(3), L"\x25BC Music");
     group.cells = {0};
-    EXPECT_EQ(groupHeaderText(group, 1), L"Music");
+    EXPECT_EQ(header(1), L"Music");
 }
 
 TEST_F(GridGroupsTest, AHeaderClickOpensOneGroupAndClosesTheOthers) {
