@@ -1,136 +1,137 @@
-// What a frame costs: draws frames of a pane full of icons while it scrolls, and prints for each row the
-// processor time of the whole process and the time on the clock, in milliseconds a frame, and the icons
-// drawn. A frame counts as done when the device has finished it. Argument: frames a row, 100 without one.
+// What a frame costs: draws frames of a full window while both panes scroll, without showing them, and prints
+// the rows in the form of Google Benchmark's results, medians of several runs. A row is the time on the clock
+// until the device has finished the frame; `frame_thread` is the processor time of the frame function alone
+// and `process` that of all threads, the software renderer's among them, in milliseconds a frame.
+// Argument: frames a run, 20 without one.
 
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <memory>
 #include <string>
 
-#include "support/icon_pane_win.h"
+#include "platform/clock.h"
+#include "support/full_window_win.h"
 
 namespace varnelo {
 namespace {
 
-constexpr float kFrameSeconds = 1.0F / 60;
-constexpr float kScrollSpeed = 900;  // pixels per second
-constexpr int kItems = 1000;
-constexpr int kGroups = 5;
-constexpr int kPictures = 20;
-constexpr int kIconPixels = 48;
+constexpr int kRuns = 5;
+constexpr double kTwentyFramesASecond = 50;  // milliseconds a frame
 
-double processorMilliseconds() {
-    FILETIME ignored{};
-    FILETIME kernel{};
-    FILETIME user{};
-    GetProcessTimes(GetCurrentProcess(), &ignored, &ignored, &kernel, &user);
-    const auto milliseconds = [](const FILETIME& time) {
-        return ((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime) / 10000.0;
-    };
+struct Cost {
+    double clock = 0, frameThread = 0, process = 0;  // milliseconds a frame
+};
+
+double milliseconds(const FILETIME& time) {
+    return static_cast<double>((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime) / 10000;
+}
+
+double threadTime() {
+    FILETIME ignored{}, kernel{}, user{};
+    GetThreadTimes(GetCurrentThread(), &ignored, &ignored, &kernel, &user);
     return milliseconds(kernel) + milliseconds(user);
+}
+
+double processTime() {
+    FILETIME ignored{}, kernel{}, user{};
+    GetProcessTimes(GetCurrentProcess(), &ignored, &ignored, &kernel, &user);
+    return milliseconds(kernel) + milliseconds(user);
+}
+
+template <class Value>
+double median(std::array<Cost, kRuns>& runs, Value value) {
+    std::nth_element(runs.begin(), runs.begin() + kRuns / 2, runs.end(),
+                     [value](const Cost& a, const Cost& b) { return a.*value < b.*value; });
+    return runs[kRuns / 2].*value;
 }
 
 class FrameCost {
 public:
-    FrameCost(int width, int height) : pane(width, height) {
+    FrameCost(int width, int height, float iconScale) : window(width, height, iconScale) {
         const D3D11_QUERY_DESC event{D3D11_QUERY_EVENT, 0};
-        if (!pane.window.ready) return;
-        pane.window.layer.device->CreateQuery(&event, frameDone.put());
-        pane.window.surface.backgroundSRV = pane.window.upload(reference::busyPicture(width, height, 1));
+        if (window.ready) window.stage.window.layer.device->CreateQuery(&event, frameDone.put());
     }
 
     bool ready() const { return static_cast<bool>(frameDone); }
 
-    // A plain grid, or groups of which the middle one is open.
-    void show(bool grouped) {
-        std::vector<FileEntry> entries;
-        for (int i = 0; i < kItems; ++i) {
-            const std::wstring number = std::to_wstring(i);
-            entries.push_back(pane.named(L"Item " + number, grouped ? groupName(i) : L""));
-        }
-        pane.show(std::move(entries));
-        std::vector<std::shared_ptr<IconTexture>> textures;
-        for (int i = 0; i < kPictures; ++i) textures.push_back(std::make_shared<IconTexture>(icon(i)));
-        for (std::size_t i = 0; i < pane.view.cells.size(); ++i)
-            pane.view.cells[i].texture = textures[i % kPictures];
-        if (grouped) pane.view.groups[kGroups / 2].collapsed = false;
-        pane.settle();
+    // Frames with what `before` does to the window before each.
+    void measure(const char* name, double bar, int frames, const std::function<void()>& before) {
+        std::array<Cost, kRuns> runs;
+        run(std::max(frames / 5, 1), before);
+        for (Cost& cost : runs) cost = run(frames, before);
+        std::printf("%s{\"run_name\": \"Frame/%s\", \"aggregate_name\": \"median\", \"time_unit\": \"ms\", ",
+                    first ? "" : ",\n", name);
+        std::printf("\"real_time\": %.3f, \"frame_thread_peer\": %.3f, \"process_peer\": %.3f",
+                    median(runs, &Cost::clock), median(runs, &Cost::frameThread),
+                    median(runs, &Cost::process));
+        if (bar > 0) std::printf(", \"bar\": %.0f", bar);
+        std::printf(", \"icons_peer\": %d}", window.visibleIcons());
+        first = false;
     }
 
-    void measure(const std::string& name, int frames, const std::function<void()>& draw) {
-        frame(draw);
-        icons = 0;
-        const double processor = processorMilliseconds();
-        const double clock = systemClock().steadySeconds();
-        for (int i = 0; i < frames; ++i) frame(draw);
-        const double seconds = systemClock().steadySeconds() - clock;
-        std::printf("%-28s %8.2f ms processor  %8.2f ms clock  %4d icons\n", name.c_str(),
-                    (processorMilliseconds() - processor) / frames, seconds * 1000 / frames, icons / frames);
-    }
-
-    void drawWallpaper() {
-        pane.window.layer.clear();
-        pane.window.surface.drawBackground();
-    }
-
-    // Down and up again, so that no frame stands still.
-    void drawScrolled() {
-        IconView& view = pane.view;
-        if (view.scrollVelocity == 0) down = !down;
-        view.scrollVelocity = down ? -kScrollSpeed : kScrollSpeed;
-        pane.frame(kFrameSeconds);
-        for (const IconCell& cell : view.cells) icons += cell.visible ? 1 : 0;
-    }
+    FullWindow window;
 
 private:
-    // In runs, so that a group is as full as another.
-    static std::wstring groupName(int item) { return L"Group " + std::to_wstring(item * kGroups / kItems); }
-
-    // Half of it glass.
-    IconTexture icon(int number) {
-        reference::Picture picture = reference::busyPicture(kIconPixels, kIconPixels, 10 + number);
-        for (int y = 0; y < kIconPixels; ++y) {
-            for (int x = 0; x < kIconPixels; ++x) {
-                reference::Color color = picture.at(x, y);
-                color.a = (x + y) % 16 < 8 ? 1.0F : 0.0F;
-                picture.set(x, y, color);
-            }
+    Cost run(int frames, const std::function<void()>& before) {
+        Cost cost;
+        const double process = processTime();
+        const double clock = systemClock().steadySeconds();
+        for (int i = 0; i < frames; ++i) {
+            before();
+            const double thread = threadTime();
+            window.stage.frame();
+            cost.frameThread += threadTime() - thread;
+            waitForDevice();
         }
-        return pane.window.uploadIcon(picture);
+        cost.clock = (systemClock().steadySeconds() - clock) * 1000 / frames;
+        cost.process = (processTime() - process) / frames;
+        cost.frameThread /= frames;
+        return cost;
     }
 
-    void frame(const std::function<void()>& draw) {
-        ID3D11DeviceContext* const context = pane.window.layer.context.get();
-        draw();
+    void waitForDevice() {
+        ID3D11DeviceContext* const context = window.stage.window.layer.context.get();
         context->End(frameDone.get());
         BOOL done = FALSE;
         while (context->GetData(frameDone.get(), &done, sizeof done, 0) == S_FALSE) Sleep(0);
     }
 
-    IconPane pane;
     ComRef<ID3D11Query> frameDone;
-    bool down = false;
-    int icons = 0;
+    static inline bool first = true;
+};
+
+struct Size {
+    const char* name;
+    const char* fresh;
+    int width, height;
+    float iconScale;
+    double bar;
+};
+
+// About as many icons as each name says, in both panes.
+constexpr Size kSizes[] = {
+    {"scroll_100_icons", "scroll_100_icons_ten_new_labels", 1280, 800, 1, kTwentyFramesASecond},
+    {"scroll_200_icons", "scroll_200_icons_ten_new_labels", 2000, 1200, 1, 0},
+    {"scroll_600_icons", "scroll_600_icons_ten_new_labels", 2560, 1600, 0.5F, 0},
 };
 
 int run(int frames) {
-    const struct {
-        const char* name;
-        int width, height;
-    } sizes[] = {{"100 icons", 1280, 800}, {"200 icons", 1920, 1080}};
-    for (const auto& size : sizes) {
-        FrameCost cost(size.width, size.height);
+    std::printf("{\"benchmarks\": [\n");
+    for (const Size& size : kSizes) {
+        FrameCost cost(size.width, size.height, size.iconScale);
         if (!cost.ready()) return 1;
-        const std::string name = size.name;
-        cost.measure(name + ": wallpaper", frames, [&] { cost.drawWallpaper(); });
-        cost.show(false);
-        cost.measure(name + ": plain grid", frames, [&] { cost.drawScrolled(); });
-        cost.show(true);
-        cost.measure(name + ": groups", frames, [&] { cost.drawScrolled(); });
+        cost.measure(size.name, size.bar, frames, [&] { cost.window.keepScrolling(); });
+        cost.measure(size.fresh, 0, frames, [&] {
+            cost.window.renameVisible(10);
+            cost.window.keepScrolling();
+        });
     }
+    std::printf("\n]}\n");
     return 0;
 }
 
@@ -138,6 +139,6 @@ int run(int frames) {
 }  // namespace varnelo
 
 int main(int count, char** arguments) {
-    const int frames = count > 1 ? std::atoi(arguments[1]) : 100;
-    return varnelo::run(frames > 0 ? frames : 1);
+    const int frames = count > 1 ? std::atoi(arguments[1]) : 20;
+    return varnelo::run(std::max(frames, 1));
 }

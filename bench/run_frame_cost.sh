@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# run_frame_cost.sh [FRAMES]: runs frame_cost.exe of the windows build under Wine, in a fresh prefix with a display.
-# Build it first: cmake --build --preset windows --target frame_cost
+# run_frame_cost.sh [FRAMES]: runs frame_cost.exe of the windows build under Wine, in a fresh prefix with a display, and
+# prints its results.
 set -euo pipefail
 # shellcheck source=tools/wine_prefix.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../tools/wine_prefix.sh"
@@ -24,4 +24,4 @@ trap 'exit 143' TERM
 
 xvfb_start 1280x800
 prefix=$(wine_new_prefix frames)
-wine_run "$prefix" "$varnelo_root/build/windows/frame_cost.exe" "${1:-100}" </dev/null | tr -d '\r'
+wine_run "$prefix" "$varnelo_root/build/windows/frame_cost.exe" "${1:-20}" </dev/null | tr -d '\r'

@@ -2,7 +2,9 @@
 
 A benchmark names its bar with a counter `bar`, in the unit of its time; a counter `allocations` has the bar
 that a counter `allocations_bar` names, or 0. Any other counter `x_bar` is the bar of a counter `x`: of a ratio to a peer
-in the same run. Rows without a bar are peers and stand for comparison alone.
+in the same run. Rows without a bar, and counters `x_peer`, stand for comparison alone.
+
+    bench_table.py RESULTS.json...
 """
 import json
 import sys
@@ -17,13 +19,17 @@ def rows(results):
         if "allocations" in item:
             yield name + ":allocations", item["allocations"], "per frame", item.get("allocations_bar", 0)
         for key, bar in item.items():
+            if key.endswith("_peer"):
+                yield f"{name}:{key[:-5]}", bar, "", None
             if key.endswith("_bar") and key != "allocations_bar":
                 yield f"{name}:{key[:-4]}", item[key[:-4]], "", bar
 
 
-def main(path):
-    with open(path, encoding="utf-8") as file:
-        table = list(rows(json.load(file)))
+def main(paths):
+    table = []
+    for path in paths:
+        with open(path, encoding="utf-8") as file:
+            table += rows(json.load(file))
     if not table:
         print("bench: no benchmark ran", file=sys.stderr)
         return 1
@@ -38,4 +44,4 @@ def main(path):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
+    sys.exit(main(sys.argv[1:]))
