@@ -8,6 +8,7 @@ void ProgressBarView::createResources() {
     if (format && formatHeight == bar.rect.h) return;
     releaseResources();
     format = canvas.makeFormat(ProgressBar::kFontShare * bar.rect.h, DWRITE_TEXT_ALIGNMENT_CENTER);
+    canvas.endInEllipsis(format.get());
     formatHeight = bar.rect.h;
 }
 

@@ -9,6 +9,7 @@ void TabStripView::createResources() {
     if (labelFormat && formatHeight == strip.height()) return;
     releaseResources();
     labelFormat = canvas.makeFormat(TabStrip::kFontShare * strip.height(), DWRITE_TEXT_ALIGNMENT_CENTER);
+    canvas.endInEllipsis(labelFormat.get());
     formatHeight = strip.height();
 }
 

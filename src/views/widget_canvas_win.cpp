@@ -63,6 +63,13 @@ ComRef<IDWriteTextFormat> WidgetCanvas::makeFormat(float size, DWRITE_TEXT_ALIGN
     return format;
 }
 
+void WidgetCanvas::endInEllipsis(IDWriteTextFormat* format) {
+    ComRef<IDWriteInlineObject> sign;
+    if (!format || FAILED(render.dwriteFactory->CreateEllipsisTrimmingSign(format, sign.put()))) return;
+    const DWRITE_TRIMMING trimming{DWRITE_TRIMMING_GRANULARITY_CHARACTER, 0, 0};
+    format->SetTrimming(&trimming, sign.get());
+}
+
 ComRef<IDWriteTextLayout> WidgetCanvas::layOut(std::wstring_view text, IDWriteTextFormat* format, float width,
                                                float height) {
     ComRef<IDWriteTextLayout> layout;

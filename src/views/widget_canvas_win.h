@@ -46,6 +46,8 @@ public:
 
     // Null when they cannot be made. Text is in the widgets' font, on one line, in the middle of its height.
     ComRef<IDWriteTextFormat> makeFormat(float size, DWRITE_TEXT_ALIGNMENT alignment);
+    // A text that is wider than its layout then ends in three dots instead of being cut.
+    void endInEllipsis(IDWriteTextFormat* format);
     ComRef<IDWriteTextLayout> layOut(std::wstring_view text, IDWriteTextFormat* format, float width,
                                      float height);
     ComRef<ID2D1SolidColorBrush> makeBrush(const Float4& color);
