@@ -26,7 +26,7 @@ class DesktopCase(unittest.TestCase):
 
     def setUp(self):
         self.program = None
-        self.hands = Hands()
+        self.hands = Hands(self.stage.away)
         self.hands.away()
         self.stage.clear_settings()
         self.folder = self.stage.new_desktop(self.id().rsplit(".", 1)[1][5:65])

@@ -9,7 +9,7 @@ HEADER_GAP = 10
 SCROLL_BAR = 10
 BASE_ICON = 48
 
-MENU_ROW = 40  # the row of menu button and tabs
+MENU_ROW = 40  # the row of menu button and tabs, at 96 dots per inch
 BAR = 4  # the splitter's bar
 RATIO = 0.7  # of the tabbed area, before the bar moves to the edge of a column
 

@@ -19,8 +19,6 @@ MAKE_LINK_TOOL = pathlib.Path(os.environ.get("VARNELO_MAKE_LINK", WINDOWS_BUILD 
 
 CLIPBOARD_TOOL = WINDOW_TOOL.with_name("set_clipboard.exe")
 
-WIDTH, HEIGHT = 1280, 800
-AWAY = (WIDTH - 30, HEIGHT - 8)
 GROUND = (128, 128, 128)  # the plain wallpaper: everything drawn on it can be told from it
 TIME_LIMIT = float(os.environ.get("VARNELO_UI_SECONDS", "30"))
 
@@ -52,15 +50,19 @@ def shell(script, *arguments):
 
 
 class Stage:
-    """Display, prefix and environment. One for all cases; close() takes everything away again."""
+    """Display, prefix and environment; close() takes everything away again. Mouse and keyboard belong to the stage that
+    was made last, and go back to the one before when it closes."""
 
-    def __init__(self):
+    def __init__(self, width=1280, height=800, dpi=96, name="main"):
         for program in (PROGRAM, WINDOW_TOOL, MAKE_LINK_TOOL, CLIPBOARD_TOOL):
             assert program.is_file(), f"no program at {program}"
-        self.work = ROOT / "build" / "ui"
+        self.width, self.height, self.dpi = width, height, dpi
+        # In the strip between the last column and the scroll bar.
+        self.away = (width - 30, height - 8)
+        self.work = ROOT / "build" / "ui" / name
         shutil.rmtree(self.work, ignore_errors=True)
         self.work.mkdir(parents=True)
-        self.display = None
+        self.display_before = os.environ.get("DISPLAY")
         self.prefix = None
         self._start_display()
         self.prefix = pathlib.Path(shell('wine_new_prefix ui').decode().strip())
@@ -71,7 +73,9 @@ class Stage:
         self.wallpaper = self.work / "ground.png"
         subprocess.run(["/usr/bin/convert", "-size", "64x64", "xc:rgb(%d,%d,%d)" % GROUND, f"PNG24:{self.wallpaper}"],
                        check=True)
-        shell('wine_set_screen "$1" "$2" "$3"', self.prefix, f"{WIDTH}x{HEIGHT}", self.wallpaper)
+        shell('wine_set_screen "$1" "$2" "$3"', self.prefix, f"{width}x{height}", self.wallpaper)
+        if dpi != 96:
+            shell('wine_set_dpi "$1" "$2"', self.prefix, dpi)
         self.user_folder = pathlib.Path(shell('wine_user_folder "$1"', self.prefix).decode().strip())
         self.data_folder = self.user_folder / "AppData" / "Roaming" / "Varnelo"
         self.desktop_link = self.user_folder / "Desktop"
@@ -79,7 +83,7 @@ class Stage:
     def _start_display(self):
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{self.width}x{self.height}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as numbers:
@@ -93,6 +97,8 @@ class Stage:
             shell('wine_remove "$1"', self.prefix)
         self.server.send_signal(signal.SIGTERM)
         self.server.wait()
+        if self.display_before:
+            os.environ["DISPLAY"] = self.display_before
 
     # Windows programs of the prefix.
     def wine(self, *arguments, check=True):
@@ -209,7 +215,7 @@ class Program:
         return sum(int(number) for number in re.findall(r"ctxt_switches:\s+(\d+)", status))
 
     def picture(self):
-        return Picture.of_screen(WIDTH, HEIGHT)
+        return Picture.of_screen(self.stage.width, self.stage.height)
 
     def wait_started(self):
         self.wait_log("Message loop starting")
@@ -258,6 +264,9 @@ class Program:
 class Hands:
     """Mouse and keyboard, by xdotool."""
 
+    def __init__(self, away):
+        self.away_point = away
+
     @staticmethod
     def do(*words):
         subprocess.run(["xdotool", *map(str, words)], check=True, stdout=subprocess.DEVNULL)
@@ -268,13 +277,13 @@ class Hands:
     def away(self):
         """Into the strip between the last column and the scroll bar, where nothing is hovered. Not out of the view: it
         learns that the pointer left an item from the next place inside."""
-        self.move(AWAY)
+        self.move(self.away_point)
 
     def stir(self):
         """Some movement in that strip. Every move that the program sees costs a frame."""
         moves = []
         for step in range(20):
-            moves += ["mousemove", AWAY[0], AWAY[1] - step % 2 * 6, "sleep", 0.02]
+            moves += ["mousemove", self.away_point[0], self.away_point[1] - step % 2 * 6, "sleep", 0.02]
         self.do(*moves)
         self.away()
 
