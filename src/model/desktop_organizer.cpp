@@ -1,6 +1,8 @@
 #include "model/desktop_organizer.h"
 
 #include <algorithm>
+#include <iterator>
+#include <unordered_set>
 #include <utility>
 
 #include "model/entry_cache.h"
@@ -38,6 +40,20 @@ EntryList DesktopOrganizer::rebuild() {
     loadEntryCache(services.cacheFileName, cachedEntries(entries),
                    [this](const ItemIdList& a, const ItemIdList& b) { return services.shell.equal(a, b); });
 
+    wasBuilt = true;
+    return takeList();
+}
+
+EntryList DesktopOrganizer::list() {
+    const std::lock_guard lock(mutex);
+    if (!wasBuilt) return rebuild();
+    if (unsettled) settle();
+    publishTimestamps();
+    retireRemoved();
+    return takeList();
+}
+
+EntryList DesktopOrganizer::takeList() {
     pending.clear();
     changedByWatcher.store(false, std::memory_order_release);
     EntryList list;
@@ -45,6 +61,15 @@ EntryList DesktopOrganizer::rebuild() {
     for (DesktopFileInfo* info : entries) list.entries.emplace_back(*info);
     list.folder = desktopRoot;
     return list;
+}
+
+void DesktopOrganizer::retireRemoved() {
+    retired.clear();
+    const std::unordered_set<const DesktopFileInfo*> shown(entries.begin(), entries.end());
+    const auto removed = std::stable_partition(
+        alive.begin(), alive.end(), [&](const InfoPtr& info) { return shown.contains(info.get()); });
+    std::move(removed, alive.end(), std::back_inserter(retired));
+    alive.erase(removed, alive.end());
 }
 
 void DesktopOrganizer::flushPending() {

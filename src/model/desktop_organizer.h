@@ -11,8 +11,8 @@
 // change are read before `mutex` is taken, so a slow disk does not stop the views.
 //
 // Lifetime. An item that left the desktop stays alive, since pending changes and views may still point to it.
-// rebuild() retires all objects, shown or removed, and frees those that the rebuild before had retired: a
-// view may read the old list until it has taken over the new one.
+// rebuild() retires all objects, shown or removed, list() the removed ones, and each frees what was retired
+// before: a view may read the old list until it has taken over the new one.
 
 #include <atomic>
 #include <cstdint>
@@ -75,6 +75,9 @@ public:
 
     // Forgets everything and reads the desktop anew. Pending changes are dropped: the list has them.
     EntryList rebuild();
+    // What is known by now, for a view that shows it anew; the first time as rebuild(). Reads no item again.
+    // Pending changes are dropped here too.
+    EntryList list();
 
     // A shell notification; either list may be empty. Ends with flushPending().
     void onShellChange(std::uint32_t event, const ItemIdList& first, const ItemIdList& second);
@@ -113,6 +116,8 @@ private:
     // All of these expect `mutex` to be held. The shell may run messages of its own while it is asked, so no
     // list is walked by iterators around a call to it.
     void enumerate();
+    EntryList takeList();
+    void retireRemoved();
     void addShellItem(const ItemIdList& item);
     bool insertUnique(InfoPtr info);
     DesktopFileInfo* duplicateOf(const DesktopFileInfo& info) const;
@@ -158,11 +163,12 @@ private:
     // Guarded by `mutex`:
     std::vector<DesktopFileInfo*> entries;  // the shown items in enumeration order; owned by `alive`
     std::vector<InfoPtr> alive;             // all objects since the last rebuild, removed ones too
-    std::vector<InfoPtr> retired;           // those before it
+    std::vector<InfoPtr> retired;           // those that no list since shows
     std::vector<DesktopFileInfo*> retimed;  // their `timestamp` follows at the next flush
     std::vector<Change> pending;
     std::vector<Listener> listeners;
     ItemIdList desktopRoot;  // empty until enumerated
+    bool wasBuilt = false;
     bool unsettled = false;  // a batch of the watcher has changed `entries` and nothing was grouped since
 };
 

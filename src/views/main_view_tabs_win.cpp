@@ -17,7 +17,7 @@ void MainView::showTab(std::int32_t tab) {
     if (tab != SearchTab) leaveSearch();
     switch (tab) {
         case DesktopTab:
-            leftPane.setEntries(organizers.desktop.rebuild(), TabKind::Desktop);
+            leftPane.setEntries(organizers.desktop.list(), TabKind::Desktop);
             break;
         case OverviewTab:
             leftPane.setEntries({}, TabKind::Overview);

@@ -243,6 +243,49 @@ TEST_F(DesktopOrganizerTest, AViewMayReadTheOldListUntilItHasTheNewOne) {
     EXPECT_EQ(dynamic_cast<DesktopFileInfo*>(old[0].metaData)->fileName, L"a.txt");
 }
 
+TEST_F(DesktopOrganizerTest, TheFirstListIsReadAndTheNextOnesAreNot) {
+    desktop.put(L"a.txt");
+    shown = organizer().list().entries;
+    EXPECT_EQ(names(), (std::vector<std::wstring>{L"a.txt"}));
+    desktop.put(L"b.txt");  // nobody tells
+    const EntryList again = organizer().list();
+    shown = again.entries;
+    EXPECT_EQ(names(), (std::vector<std::wstring>{L"a.txt"}));
+    EXPECT_EQ(again.folder, ScriptedShell::root());
+    shellTells(DesktopOrganizer::Create, L"b.txt");
+    shown = organizer().list().entries;
+    EXPECT_EQ(names(), (std::vector<std::wstring>{L"a.txt", L"b.txt"}));
+}
+
+TEST_F(DesktopOrganizerTest, AListHasWhatWasPending) {
+    desktop.put(L"a.txt");
+    rebuild();
+    desktop.put(L"b.txt");
+    organizer().onFolderChanges(std::vector<FolderChange>{{FolderChange::Kind::Added, L"b.txt"}});
+    EXPECT_TRUE(organizer().pendingChanged());
+    shown = organizer().list().entries;
+    EXPECT_EQ(names(), (std::vector<std::wstring>{L"a.txt", L"b.txt"}));
+    EXPECT_FALSE(groupOf(L"b.txt").empty());
+    EXPECT_FALSE(organizer().pendingChanged());
+    organizer().flushPending();
+    EXPECT_TRUE(told().empty());
+}
+
+// Each read comes after the list: an address sanitizer sees it if the object were freed.
+TEST_F(DesktopOrganizerTest, AListKeepsWhatItShowsAndForOneListMoreWhatItDoesNot) {
+    desktop.put(L"a.txt");
+    desktop.put(L"b.txt");
+    rebuild();
+    const std::vector<FileEntry> old = shown;
+    desktop.remove(L"b.txt");
+    shellTells(DesktopOrganizer::Delete, L"b.txt");
+    shown = organizer().list().entries;
+    EXPECT_EQ(dynamic_cast<DesktopFileInfo*>(old[1].metaData)->fileName, L"b.txt");
+    shown = organizer().list().entries;
+    EXPECT_EQ(old[0].metaData, shown[0].metaData);
+    EXPECT_EQ(dynamic_cast<DesktopFileInfo*>(old[0].metaData)->fileName, L"a.txt");
+}
+
 TEST_F(DesktopOrganizerTest, ARebuildForgetsThatAFileWasDownloaded) {
     ScriptedFile file;
     file.downloaded = true;
