@@ -26,7 +26,12 @@ LONG truncated(float value) { return static_cast<LONG>(value); }
 }  // namespace
 
 void IconView::draw(bool toScene) {
-    if (!render.d2dRT || !render.context || layoutMode == LayoutMode::List) return;
+    if (layoutMode == LayoutMode::List) return;
+    if (!render.d2dRT || !render.context) {
+        // What is on its way arrives all the same, or update() would ask for frames without end.
+        for (IconCell& cell : cells) advanceScale(cell);
+        return;
+    }
     pictures.beginFrame();
     if (layoutMode == LayoutMode::Grouped) {
         drawGrouped(toScene);
@@ -125,10 +130,14 @@ void IconView::drawIcons(Cells which, ID3D11ShaderResourceView* source) {
 
 void IconView::drawIcon(IconCell& cell, ID3D11ShaderResourceView* source) {
     if (!cell.texture) return;
-    cell.scale = easedScale(cell.scale, cell.dragged, cell.hovered, services.settings.hoverMode);
+    advanceScale(cell);
     const GlassQuad quad =
         glassQuad({cell.x, cell.y, cell.shakeX, cell.shakeY}, cell.scale, iconSize, cellWidth, scrollY);
     glass.drawGlass(quad, *cell.texture, source, {cell.selected, cell.dimmed, cell.dragged});
+}
+
+void IconView::advanceScale(IconCell& cell) const {
+    cell.scale = easedScale(cell.scale, cell.dragged, cell.hovered, services.settings.hoverMode);
 }
 
 bool IconView::createLassoBrushes(ID2D1RenderTarget* target) {

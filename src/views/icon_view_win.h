@@ -64,6 +64,7 @@ private:
     void drawPaneLabels(bool draggedOnly);
     void drawIcons(Cells which, ID3D11ShaderResourceView* source);
     void drawIcon(IconCell& cell, ID3D11ShaderResourceView* source);
+    void advanceScale(IconCell& cell) const;
     void drawLasso(ID2D1RenderTarget* target);
     bool createLassoBrushes(ID2D1RenderTarget* target);
     void drawScrollBar();

@@ -140,6 +140,22 @@ TEST_F(IconViewDraw, OnlyAPlainPaneClipsADraggedIcon) {
     }
 }
 
+TEST_F(IconViewDraw, WithoutAnythingToDrawOnAHoveredIconStillComesToRest) {
+    givenNames({L"x"});
+    givenIcon(0, white);
+    pane.settings.hoverMode = 1;
+    pane.window.surface.input.cursorX = 50;
+    pane.window.surface.input.cursorY = 30;
+    pane.frame();
+    pane.view.onMouseMove(false);
+    EXPECT_TRUE(pane.frame());
+    pane.window.surface.d2dRT.reset();
+    int frames = 0;
+    while (pane.frame() && frames < 200) ++frames;
+    EXPECT_LT(frames, 200);
+    EXPECT_NEAR(pane.view.cells[0].scale, 1.15F, 0.01F);
+}
+
 TEST_F(IconViewDraw, TheScrollBarIsABlurredThumbOnABlurredTrack) {
     givenNames(std::vector<std::wstring>(100, L"x"));
     const std::optional<ScrollThumb> thumb = scrollThumb(pane.view);
