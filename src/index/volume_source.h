@@ -15,7 +15,8 @@
 namespace varnelo {
 
 // One opened volume; closed by its destruction. Used by one thread at a time. Each call answers how many
-// bytes it wrote to the front of `answer`, or nothing when the platform refused it.
+// bytes it wrote to the front of `answer`, or nothing when the platform refused it. `answer` is aligned to
+// eight bytes.
 class Volume {
 public:
     using Answer = std::optional<std::size_t>;
