@@ -1,6 +1,7 @@
 #include "index/ntfs_index.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "index/grams.h"
 #include "index/record_key_hash.h"
@@ -162,6 +163,23 @@ void NTFSIndex::clearIndex() {
     volumes.clear();
     currentVolume = 0;
     listsComplete = true;
+}
+
+void NTFSIndex::swapContent(NTFSIndex& other) {
+    std::swap(volumes, other.volumes);
+    std::swap(currentVolume, other.currentVolume);
+    std::swap(unigramIndex, other.unigramIndex);
+    std::swap(bigramIndex, other.bigramIndex);
+    std::swap(trigramIndex, other.trigramIndex);
+    std::swap(table, other.table);
+    std::swap(column, other.column);
+    std::swap(pool, other.pool);
+    std::swap(extensionTable, other.extensionTable);
+    std::swap(keys, other.keys);
+    std::swap(pathCache, other.pathCache);
+    std::swap(freeSlots, other.freeSlots);
+    std::swap(storedLists, other.storedLists);
+    std::swap(listsComplete, other.listsComplete);
 }
 
 }  // namespace varnelo

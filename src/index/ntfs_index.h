@@ -43,7 +43,8 @@ struct IndexRow {
 // everywhere. Everything lies in a few flat arrays: no file has memory of its own.
 //
 // The caller holds `mutex` around every call, with these exceptions: clearIndex() takes it itself; a scan,
-// saveCache() and loadCache() run while nothing else uses the index.
+// saveCache() and loadCache() run while nothing else uses the index. IndexService sees to that: it scans and
+// loads into an index of its own and takes the mutex to bring the content over, and to save.
 class NTFSIndex {
 public:
     static constexpr std::size_t kMostVolumes = 26;
@@ -103,6 +104,9 @@ public:
     void addPostings(std::uint32_t index, std::wstring_view name);
     void removePostings(std::uint32_t index, std::wstring_view name);
     void clearIndex();
+    // Everything but the mutex and `stopMonitor` changes places with that of an index that nobody else uses:
+    // a scan or a load fills that one, which may take its time.
+    void swapContent(NTFSIndex& other);
 
     // ntfs.cache, in a folder of the machine-wide application data, which is made. Both throw
     // std::filesystem::filesystem_error when it cannot be made.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/index/cache_fixture.h"
 #include "host/index/index_world.h"
 
 namespace varnelo {
@@ -266,6 +267,46 @@ TEST_F(NtfsIndexTest, ClearingStopsTheMonitorFirstAndLeavesNothing) {
     EXPECT_TRUE(index.volumes.empty());
     EXPECT_EQ(index.currentVolume, 0);
     EXPECT_EQ(index.recordByKey(25), std::nullopt);
+}
+
+TEST_F(NtfsIndexTest, ContentsThatChangePlacesAreWholeInTheirNewPlaces) {
+    const CacheFixture cache;
+    NTFSIndex loaded;  // its lists lie where they were read to
+    {
+        NTFSIndex earlier;
+        earlier.currentVolume = earlier.volumeIndexOf(L'D').value();
+        for (std::uint64_t i = 0; i < 50; ++i) earlier.addRecord({100 + i, 5, 0, i, 0, 0}, L"stored.doc");
+        ASSERT_TRUE(cache.save(earlier));
+        ASSERT_TRUE(cache.load(loaded));
+    }
+    onVolume(L'C');
+    const std::uint32_t gone = file(24, L"gone.txt");
+    file(25, L"here.txt");
+    pathOf(1);
+    index.removeRecord(gone);
+    int stops = 0;
+    index.stopMonitor = [&stops] { ++stops; };
+
+    index.swapContent(loaded);
+    EXPECT_EQ(index.searchNames(L"stored").size(), 50u);
+    EXPECT_EQ(pathOf(7), L"D:\\stored.doc");
+    EXPECT_EQ(index.recordByKey(recordKey(0, 107)), 7u);
+    EXPECT_EQ(index.extensions().text(record(7).extension), L".doc");
+    index.removeRecord(7);
+    EXPECT_EQ(index.createRecord({300, 5, 0, 0, 0, 0}, L"stored too.doc"), 7u);
+    EXPECT_EQ(index.searchNames(L"stored").size(), 50u);
+    EXPECT_EQ(index.searchNames(L"*.doc").size(), 50u);
+
+    EXPECT_EQ(loaded.searchNames(L"here"), Entries{1});
+    EXPECT_EQ(loaded.searchNames(L"gone"), Entries{});
+    EXPECT_EQ(loaded.volumes, (std::vector<std::uint16_t>{'C'}));
+    EXPECT_EQ(loaded.createRecord({26, 5, 0, 0, 0, 0}, L"new.txt"), gone) << "the free place came along";
+    EXPECT_EQ(loaded.fullPath(loaded.records()[1]), L"C:\\here.txt");
+    loaded.clearIndex();
+    EXPECT_EQ(stops, 0);
+    EXPECT_EQ(index.searchNames(L"stored").size(), 50u) << "the lists live as long as what they are of";
+    index.clearIndex();
+    EXPECT_EQ(stops, 1) << "what ends the monitor stays";
 }
 
 }  // namespace
