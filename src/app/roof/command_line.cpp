@@ -3,8 +3,10 @@
 namespace varnelo {
 
 CommandLine parseCommandLine(std::wstring_view line) {
+    const auto holds = [line](std::wstring_view text) { return line.find(text) != std::wstring_view::npos; };
     CommandLine result;
-    result.windowed = line.find(L"--windowed") != std::wstring_view::npos;
+    result.ntfsScan = holds(L"--ntfs-scan");
+    result.windowed = holds(L"--windowed");
     return result;
 }
 

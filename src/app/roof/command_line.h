@@ -6,6 +6,7 @@
 namespace varnelo {
 
 struct CommandLine {
+    bool ntfsScan = false;  // scan the volumes, save the index and end
     bool windowed = false;  // an ordinary window instead of the desktop layer
 };
 
