@@ -75,6 +75,10 @@ bool isProjectFileName(std::wstring_view name) {
     return isAmong(kExtensions, name.substr(dot)) && !isAmong(kFalsePositives, name);
 }
 
+bool isProjectFile(const NTFSIndex& index, std::uint32_t recordIndex) {
+    return isProjectFileName(index.nameOf(recordIndex));
+}
+
 std::span<const std::wstring_view> projectFileNames() { return kNames; }
 std::span<const std::wstring_view> projectExtensions() { return kExtensions; }
 std::span<const std::wstring_view> projectFalsePositives() { return kFalsePositives; }

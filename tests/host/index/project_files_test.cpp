@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
+
+#include "support/temp_folder.h"
 
 namespace varnelo {
 namespace {
@@ -136,6 +140,38 @@ TEST(ProjectFilesTest, OtherNamesFail) {
 
 TEST(ProjectFilesTest, LettersBeyondAsciiKeepTheirCase) {
     EXPECT_FALSE(isProjectFileName(L"ma\u212Aefile")) << "the Kelvin sign is no k";
+}
+
+TEST(ProjectFilesTest, ARecordIsAskedByItsName) {
+    NTFSIndex index;
+    const std::uint32_t project = index.addRecord({30, 5, 0, 0, 0, 0}, L"CMakeLists.txt");
+    const std::uint32_t other = index.addRecord({31, 5, 0, 0, 0, 0}, L"notes.txt");
+    const std::uint32_t folder = index.addRecord({32, 5, FileRecord::kDirectory, 0, 0, 0}, L"workspace");
+    EXPECT_TRUE(isProjectFile(index, project));
+    EXPECT_FALSE(isProjectFile(index, other));
+    EXPECT_TRUE(isProjectFile(index, folder)) << "a folder is told apart by whoever asks";
+    EXPECT_FALSE(isProjectFile(index, 3));
+    EXPECT_FALSE(isProjectFile(index, 0xFFFFFFFF));
+}
+
+TEST(ProjectFilesTest, ARecordWhoseNameLiesNowhereIsNone) {
+    NTFSIndex index;
+    index.addRecord({30, 5, 0, 0, 0, 0}, L"makefile");
+    const test::TempFolder folder;
+    ASSERT_TRUE(index.saveCache(folder.path(), L"ntfs.cache"));
+    // The record's field for the place of its name: behind the header, one count, no volume and another
+    // count.
+    constexpr std::streamoff kNameOffsetAt = 8 + 8 + 8 + 36;
+    std::fstream file(std::filesystem::path(folder.file(L"ntfs.cache")),
+                      std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(kNameOffsetAt);
+    file.write("\x09\0\0\0", 4);  // the pool has nine units
+    file.close();
+    NTFSIndex damaged;
+    ASSERT_TRUE(damaged.loadCache(folder.path(), L"ntfs.cache"));
+    ASSERT_EQ(damaged.records()[0].nameOffset, 9u);
+    EXPECT_FALSE(isProjectFile(damaged, 0));
+    EXPECT_TRUE(isProjectFile(index, 0));
 }
 
 }  // namespace
