@@ -5,12 +5,16 @@
 
 namespace varnelo::test {
 
-std::vector<std::uint8_t> projectFile(const std::string& relativePath) {
+std::string projectPath(const std::string& relativePath) {
     std::string path = std::string(VARNELO_SOURCE_DIR) + "/" + relativePath;
 #ifdef _WIN32
     path = "Z:" + path;
 #endif
-    std::ifstream in(path, std::ios::binary);
+    return path;
+}
+
+std::vector<std::uint8_t> projectFile(const std::string& relativePath) {
+    std::ifstream in(projectPath(relativePath), std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 

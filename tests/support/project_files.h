@@ -6,8 +6,10 @@
 
 namespace varnelo::test {
 
-// The bytes of a file of the source tree, "resources/lang/english.txt"; empty when it cannot be read. Under
-// Wine the tree is found on the drive Z:.
+// Where a file of the source tree lies, "resources/lang/english.txt". Under Wine the tree is found on the
+// drive Z:.
+std::string projectPath(const std::string& relativePath);
+// Its bytes; empty when it cannot be read.
 std::vector<std::uint8_t> projectFile(const std::string& relativePath);
 
 }  // namespace varnelo::test
