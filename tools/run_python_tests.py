@@ -6,7 +6,7 @@ import sys
 import time
 import unittest
 
-FOLDERS = ["tools/service", "tests/support"]
+FOLDERS = ["tools/service", "tests/support", "tests/images"]
 
 
 class Result(unittest.TestResult):
