@@ -128,16 +128,32 @@ void MainView::initSoftwarePane() {
     softwareReady = true;
 }
 
-// Nothing is loaded by tasks yet, so there is nothing to wait for before a search.
 void MainView::initTasks() {
     loadProgress.reset();
     if (role.primary) {
         role.shared.organizers = &organizers;
-        role.shared.indexPromise.set_value();
-        searchReady = true;
+        initWorkerTasks();
     } else {
         initSecondaryTasks();
     }
+}
+
+void MainView::initWorkerTasks() {
+    IndexHooks hooks;
+    hooks.onIndexReady = [this] {
+        searchReady = true;
+        postRedraw();
+    };
+    indexService = std::make_unique<IndexService>(role.shared.index, services.volumes, services.elevation,
+                                                  std::move(hooks));
+    taskPool.enqueue(translated(L"INDEXING_FILES"), [this] {
+        indexService->start();
+        role.shared.indexPromise.set_value();
+    });
+}
+
+void MainView::rebuildNTFSIndex() {
+    if (indexService) taskPool.enqueue(translated(L"INDEXING_FILES"), [this] { indexService->rebuild(); });
 }
 
 // What the primary view loads shows here when it is there.
@@ -278,9 +294,14 @@ void MainView::onShellChange(std::uint32_t event, const ItemIdList& first, const
 
 void MainView::shutdown() {
     stopping = true;
+    if (indexService) indexService->requestStop();
     taskPool.stop();
     rightPane.stopIconWorker();
     leftPane.stopIconWorker();
+    if (indexService) {
+        indexService->stop();
+        indexService->save();
+    }
     watcher.stop();
     if (role.shared.organizers == &organizers) role.shared.organizers = nullptr;
     organizers.desktop.saveCache();

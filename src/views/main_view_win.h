@@ -4,9 +4,11 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 
+#include "index/index_service.h"
 #include "model/desktop_watcher_win.h"
 #include "views/deferred_file_actions.h"
 #include "views/icon_view_win.h"
@@ -34,6 +36,8 @@ struct ViewServices {
     const Clock& clock;
     Settings& settings;
     const LanguageTable& language;
+    VolumeSource& volumes;
+    ElevatedRun& elevation;
 };
 
 // Which of the process's views this is.
@@ -47,7 +51,7 @@ struct ViewRole {
 // the right the software pane, over all of them the progress bar; and the organisers and tasks that fill
 // them.
 //
-// User-interface thread only, but for the organiser's watcher, which wakes the loop and never touches a pane.
+// User-interface thread only. The organiser's watcher and the tasks only wake the loop; none touches a pane.
 class MainView {
 public:
     enum Tab : std::int32_t { DesktopTab = 0, OverviewTab = 1, SystemTab = 2, SearchTab = 3 };
@@ -79,6 +83,8 @@ public:
     void onShellChange(std::uint32_t event, const ItemIdList& first, const ItemIdList& second);
     // The language table has other texts.
     void onLanguageChanged();
+    // Scans the volumes anew, as a task of the primary view; on another view nothing.
+    void rebuildNTFSIndex();
 
     bool cellDragActive() const { return leftPane.cellDragActive || rightPane.cellDragActive; }
     // The loop then wakes in time for the caret.
@@ -109,6 +115,7 @@ public:
     IconView& tabPane() { return leftPane; }
     IconView& softwarePane() { return rightPane; }
     TaskPool& tasks() { return taskPool; }
+    LoadProgress& progress() { return loadProgress; }
     const WidgetStatistics& widgetStatistics() const { return widgets.made(); }
 
 private:
@@ -120,6 +127,7 @@ private:
     void initPanes();
     void initSoftwarePane();
     void initTasks();
+    void initWorkerTasks();
     void initSecondaryTasks();
     void setTexts();
     bool updateSoftwarePane();
@@ -161,6 +169,7 @@ private:
 
     LoadProgress loadProgress;
     TaskPool taskPool;
+    std::unique_ptr<IndexService> indexService;  // of the primary view
 
     WindowsShellCalls shellCalls;
     ShellFileActions shellActions;

@@ -15,12 +15,22 @@ MainViewStage::MainViewStage(int width, int height) : window(width, height) {
 
 MainViewStage::~MainViewStage() { stop(); }
 
-void MainViewStage::start(int monitor) {
+void MainViewStage::begin(int monitor) {
     if (!shared) shared = std::make_unique<SharedViews>();
-    const ViewServices services{shell, probe, systemClock(), settings, language};
+    const ViewServices services{shell, probe, systemClock(), settings, language, volumes, elevation};
     view = std::make_unique<MainView>(window.surface, window.base, services,
                                       ViewRole{*shared, monitor == 0, monitor});
     view->init();
+}
+
+void MainViewStage::start(int monitor) {
+    begin(monitor);
+    while (monitor == 0 && loading()) Sleep(1);
+}
+
+bool MainViewStage::loading() {
+    const std::lock_guard lock(view->progress().mutex);
+    return view->progress().active;
 }
 
 void MainViewStage::stop() {

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "app/language_table.h"
 #include "app/settings.h"
@@ -10,10 +12,24 @@
 #include "model/shell_namespace_win.h"
 #include "platform/com_apartment.h"
 #include "support/memory_settings_store.h"
+#include "support/scripted_volumes.h"
 #include "support/surface_window_win.h"
 #include "views/main_view_win.h"
 
 namespace varnelo {
+
+// A user without rights, unless a test gives them.
+class ScriptedElevation final : public ElevatedRun {
+public:
+    bool isUserAdmin() override { return admin; }
+    bool runElevated(const std::wstring& arguments, std::uint32_t, const std::function<bool()>&) override {
+        started.push_back(arguments);
+        return false;
+    }
+
+    bool admin = false;
+    std::vector<std::wstring> started;
+};
 
 // A whole view on a hidden surface, with the real shell and settings in memory. A hand moves the cursor.
 class MainViewStage : public DeviceTargets {
@@ -24,7 +40,10 @@ public:
     ~MainViewStage() override;
 
     // A view, as a start makes it; `monitor` beside 0 is a view that is not the primary one.
+    void begin(int monitor = 0);
+    // The same, and what the primary view loads is there.
     void start(int monitor = 0);
+    bool loading();
     void stop();
     void restart() { stop(), start(); }
 
@@ -57,6 +76,8 @@ public:
     WindowsFileProbe probe;
     test::MemorySettingsStore store;
     Settings settings{&store};
+    test::ScriptedVolumes volumes;  // none, unless a test puts one in
+    ScriptedElevation elevation;
     LanguageTable language;
     std::unique_ptr<SharedViews> shared;
     std::unique_ptr<MainView> view;

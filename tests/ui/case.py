@@ -131,6 +131,9 @@ class DesktopCase(unittest.TestCase):
 
     def restart(self):
         self.close()
+        return self.start_again()
+
+    def start_again(self):
         self.program = Program(self.stage)
         return self.program.wait_started()
 

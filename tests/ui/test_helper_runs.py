@@ -30,6 +30,23 @@ class HelperRuns(DesktopCase):
         self.assertEqual(self.run_helper("--windowed", "--ntfs-scan"), 1, "the helper's switch counts first")
         self.close()
 
+    def test_a_start_without_an_index_raises_the_helper_once_and_goes_on(self):
+        for name in self.index_files():
+            (self.stage.prefix / "drive_c/ProgramData/Varnelo" / name).unlink()
+        names = self.files(3)
+        self.start(names)
+        self.program.wait_log("NTFS cache still missing after elevated scan")
+        log = self.program.log()
+        self.assertEqual([line for line in log if line.startswith("NTFS")],
+                         ["NTFS scan requires elevation, launching helper...",
+                          "NTFS cache still missing after elevated scan"])
+        self.assert_items_at(self.settle(), self.layout(), 1)
+        self.close()
+        self.assertEqual(self.index_files(), ["ntfs.cache"])
+        self.start_again()
+        self.close()
+        self.assertEqual([line for line in self.program.log() if line.startswith("NTFS")], [])
+
     def test_a_scan_needs_no_running_program(self):
         self.assertEqual(self.run_helper("--ntfs-scan"), 1)
         self.assertEqual(self.run_helper("before--ntfs-scanbehind"), 1)

@@ -85,7 +85,8 @@ int Varnelo::run(HINSTANCE instance, bool windowed) {
 }
 
 Varnelo::Varnelo()
-    : services{shellNamespace, fileProbe, systemClock(), Settings::instance(), LanguageTable::instance()} {
+    : services{shellNamespace, fileProbe,  systemClock(), Settings::instance(), LanguageTable::instance(),
+               volumeSource,   elevatedRun} {
     window.endSession = [this] { endSession(); };
 }
 
@@ -143,7 +144,6 @@ bool Varnelo::createWindow() {
 }
 
 void Varnelo::initRender(UINT width, UINT height) {
-    sharedViews = {};
     render = std::make_unique<Render>(services, ViewRole{sharedViews});
     ComRef<IDXGISurface> backBuffer;
     if (!device.initD3D(window.mainWindow, width, height, backBuffer)) return;

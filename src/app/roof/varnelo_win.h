@@ -8,6 +8,8 @@
 
 #include "app/roof/frame_clock.h"
 #include "desktop/window_state_win.h"
+#include "index/elevated_run_win.h"
+#include "index/volume_source_win.h"
 #include "model/file_probe_win.h"
 #include "model/shell_namespace_win.h"
 #include "views/device_layer_win.h"
@@ -52,6 +54,8 @@ private:
 
     const WindowsShellNamespace shellNamespace;
     const WindowsFileProbe fileProbe;
+    WindowsVolumeSource volumeSource;
+    WindowsElevatedRun elevatedRun;
     const ViewServices services;
     DeviceLayer device;
     SharedViews sharedViews;
