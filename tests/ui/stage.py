@@ -123,6 +123,13 @@ class Stage:
         self.set_wallpaper(self.wallpaper)
         shutil.rmtree(self.data_folder, ignore_errors=True)
 
+    # The index of all files, which belongs to the machine.
+    def index_files(self):
+        return sorted(path.name for path in self.prefix.glob("drive_c/ProgramData/Varnelo/*"))
+
+    def forget_index(self):
+        shutil.rmtree(self.prefix / "drive_c/ProgramData/Varnelo", ignore_errors=True)
+
     def set_number(self, name, value):
         self.wine("reg.exe", "add", SETTINGS_KEY, "/v", name, "/t", "REG_DWORD", "/d", str(value), "/f")
 

@@ -13,16 +13,13 @@ class HelperRuns(DesktopCase):
                               stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                               timeout=30).returncode
 
-    def index_files(self):
-        return sorted(path.name for path in self.stage.prefix.glob("drive_c/ProgramData/Varnelo/*"))
-
     def test_a_scan_without_such_volumes_fails_and_saves_nothing_beside_a_running_program(self):
         self.file("a.txt")
         before = self.start(["a.txt"])
         lines = self.program.log()
-        files = self.index_files()
+        files = self.stage.index_files()
         self.assertEqual(self.run_helper("--ntfs-scan"), 1)
-        self.assertEqual(self.index_files(), files)
+        self.assertEqual(self.stage.index_files(), files)
         self.assertTrue(self.program.is_running())
         self.assertEqual(self.program.log(), lines)
         self.assertEqual(self.rest_away().pixels, before.pixels)
@@ -31,8 +28,7 @@ class HelperRuns(DesktopCase):
         self.close()
 
     def test_a_start_without_an_index_raises_the_helper_once_and_goes_on(self):
-        for name in self.index_files():
-            (self.stage.prefix / "drive_c/ProgramData/Varnelo" / name).unlink()
+        self.stage.forget_index()
         names = self.files(3)
         self.start(names)
         self.program.wait_log("NTFS cache still missing after elevated scan")
@@ -42,7 +38,7 @@ class HelperRuns(DesktopCase):
                           "NTFS cache still missing after elevated scan"])
         self.assert_items_at(self.settle(), self.layout(), 1)
         self.close()
-        self.assertEqual(self.index_files(), ["ntfs.cache"])
+        self.assertEqual(self.stage.index_files(), ["ntfs.cache"])
         self.start_again()
         self.close()
         self.assertEqual([line for line in self.program.log() if line.startswith("NTFS")], [])

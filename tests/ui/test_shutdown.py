@@ -57,6 +57,13 @@ class Shutdown(DesktopCase):
             stop.set()
             worker.join()
 
+    def test_it_ends_while_a_task_waits_for_the_scan_of_another_run(self):
+        self.file("a.txt")
+        self.stage.forget_index()
+        self.program = Program(self.stage)
+        self.program.wait_log("NTFS scan requires elevation, launching helper...")
+        self.close_soon()
+
     def test_starts_and_stops_in_a_row_all_succeed_and_keep_the_cache(self):
         self.files(12)
         self.start()
