@@ -16,6 +16,13 @@ bool sameUnits(GlobUnits pattern, NameUnits name) {
     return true;
 }
 
+// The first place from `at` on that the unit behind a star may take.
+std::size_t nextPlace(std::uint16_t unit, NameUnits name, std::size_t at) {
+    if (unit == '*' || unit == '?') return at;
+    while (at < name.size() && lowerNameUnit(name[at]) != unit) ++at;
+    return at;
+}
+
 }  // namespace
 
 bool globMatches(GlobUnits pattern, NameUnits name) {
@@ -27,13 +34,15 @@ bool globMatches(GlobUnits pattern, NameUnits name) {
     while (j < name.size()) {
         if (i < pattern.size() && pattern[i] == '*') {
             behindStar = ++i;
-            matched = j;
             if (behindStar == pattern.size()) return true;
+            j = matched = nextPlace(pattern[behindStar], name, j);
         } else if (i < pattern.size() && (pattern[i] == '?' || pattern[i] == lowerNameUnit(name[j]))) {
             ++i;
             ++j;
         } else if (behindStar != kNoStar) {
-            j = ++matched;
+            // A literal unit behind the star: no place before its next one can match.
+            matched = nextPlace(pattern[behindStar], name, matched + 1);
+            j = matched;
             i = behindStar;
         } else {
             return false;

@@ -76,11 +76,14 @@ void keepMatches(const PostingSegment& segment, const std::vector<std::uint32_t>
         }
         return;
     }
+    if (segment.count == 0) return;
     std::size_t at = 0;
-    for (const std::uint32_t match : matches) {
-        at = segment.lowerBound(match, at);
-        for (; at < segment.count && (segment.at(at) & ~kRemovedEntry) == match; ++at) {
-            if (segment.at(at) == match) found.push_back(match);
+    auto match = std::lower_bound(matches.begin(), matches.end(), segment.at(0) & ~kRemovedEntry);
+    for (; match != matches.end(); ++match) {
+        at = segment.lowerBound(*match, at);
+        if (at == segment.count) return;
+        for (; at < segment.count && (segment.at(at) & ~kRemovedEntry) == *match; ++at) {
+            if (segment.at(at) == *match) found.push_back(*match);
         }
     }
 }
@@ -275,14 +278,9 @@ NameSearch::Marks NameSearch::recordsInAll(const std::vector<GramList>& lists) c
     Marks marks;
     Marks further;
     mark(lists.front(), marks);
-    std::size_t left = lists.front().size;
-    for (std::size_t i = 1; i < lists.size() && lists[i].size < kEntriesForAName * left; ++i) {
+    for (std::size_t i = 1; i < lists.size() && lists[i].size < kEntriesForAName * lists.front().size; ++i) {
         mark(lists[i], further);
-        left = 0;
-        for (std::size_t w = 0; w < marks.size(); ++w) {
-            marks[w] &= further[w];
-            left += static_cast<std::size_t>(std::popcount(marks[w]));
-        }
+        for (std::size_t w = 0; w < marks.size(); ++w) marks[w] &= further[w];
     }
     return marks;
 }
