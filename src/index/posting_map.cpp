@@ -17,15 +17,21 @@ constexpr std::size_t kBlockDoublings = 8;
 // Entries wait for company up to these numbers; the first is that of the places that 16 bits can tell apart.
 constexpr std::size_t kMostWaitingNames = 0x10000;
 constexpr std::size_t kMostWaiting = std::size_t{1} << 20;
-// Narrower keys are few: their lists are in the cache anyway.
-constexpr std::size_t kWaitingKeyBytes = 8;
-constexpr std::size_t kSeen = 2048;
-// Fewer are entered as they come.
+// Narrower keys are few, and their lists are in the cache anyway: theirs wait only to be entered in one loop.
+constexpr std::size_t kDealtKeyBytes = 8;
+constexpr std::size_t kMostWaitingNarrow = 2048;
+constexpr std::size_t kSeen = 16384;
+// Entries are dealt into so many heaps, as a power of two; fewer than kDealFrom are entered as they come.
+constexpr unsigned kHeapBits = 5;
 constexpr std::size_t kDealFrom = 4096;
 // A list is packed when it has more removed entries than this and than others.
 constexpr std::size_t kRemovedAtLeast = 64;
 
 std::uint64_t tagOf(std::uint64_t hash) { return hash >> 43; }
+
+// Its upper bits tell the heap that a waiting entry is dealt into, those below them its place among the keys
+// seen.
+std::uint64_t spread(std::uint64_t key) { return key * 0x9E3779B97F4A7C15; }
 
 }  // namespace
 
@@ -87,7 +93,7 @@ std::uint32_t PostingMap::findOrAdd(std::uint64_t key, std::uint64_t hash) {
 }
 
 inline PostingMap::Body& PostingMap::bodyFor(std::uint64_t key) {
-    Seen& place = seen[(key ^ key >> 11 ^ key >> 22) % kSeen];
+    Seen& place = seen[(spread(key) >> 40) % kSeen];
     if (place.key != key) {
         const Body& body = bodyOf(findOrAdd(key, mixedHash(key)));
         place = {key, static_cast<std::uint64_t>(&body - bodies.data())};
@@ -98,18 +104,18 @@ inline PostingMap::Body& PostingMap::bodyFor(std::uint64_t key) {
 inline void PostingMap::appendOne(std::uint64_t key, std::uint32_t index) {
     Body& body = bodyFor(key);
     if (body.tail == body.tailEnd) extend(body);
-    if (index < body.newest) noteDescent(body);
-    body.newest = index;
+    if (mayDescend && body.tail != body.last->entries() && index < (body.tail[-1] & ~kRemovedEntry)) {
+        noteDescent(body);
+    }
     *body.tail++ = index;
 }
 
 void PostingMap::append(std::span<const std::uint64_t> keys, std::uint32_t index) {
     if (seen.empty()) seen.assign(kSeen, {~std::uint64_t{0}, 0});
-    if (keyWidth < kWaitingKeyBytes) {
-        for (const std::uint64_t key : keys) appendOne(key, index);
-        return;
-    }
-    if (waitingIndices.size() == kMostWaitingNames || waiting.size() >= kMostWaiting) settleWaiting();
+    mayDescend = mayDescend || index < newest;
+    newest = index;
+    const std::size_t most = keyWidth < kDealtKeyBytes ? kMostWaitingNarrow : kMostWaiting;
+    if (waitingIndices.size() == kMostWaitingNames || waiting.size() >= most) settleWaiting();
     const std::uint64_t place = waitingIndices.size();
     waitingIndices.push_back(index);
     waiting.makeRoom(keys.size());
@@ -136,8 +142,8 @@ void PostingMap::settleWaiting() {
         waitingIndices.resizeUnwritten(0);
         return;
     }
-    const auto heapOf = [](std::uint64_t entry) { return (entry >> 16) * 0x9E3779B97F4A7C15 >> 58; };
-    std::array<std::size_t, 65> heaps{};
+    const auto heapOf = [](std::uint64_t entry) { return spread(entry >> 16) >> (64 - kHeapBits); };
+    std::array<std::size_t, (std::size_t{1} << kHeapBits) + 1> heaps{};
     for (const std::uint64_t entry : waiting) ++heaps[heapOf(entry) + 1];
     for (std::size_t heap = 1; heap < heaps.size(); ++heap) heaps[heap] += heaps[heap - 1];
     const auto dealt = std::make_unique_for_overwrite<std::uint64_t[]>(waiting.size());
@@ -254,6 +260,8 @@ void PostingMap::clear() {
     waiting.clear();
     waitingIndices.clear();
     seen.clear();
+    newest = 0;
+    mayDescend = false;
     image = nullptr;
     blocks.clear();
     free = nullptr;

@@ -22,8 +22,8 @@ namespace varnelo {
 // bytes more. Only when it changes does it get a body of its own, to which chunks of new entries are
 // chained; what is removed is marked in place.
 //
-// New entries of threes are collected: a million names have twenty million, and each would otherwise cost a
-// few misses of the cache.
+// New entries are collected: a million names have twenty million threes, and each would otherwise cost a few
+// misses of the cache.
 class PostingMap {
 public:
     // `keyBytes` is the width of a key in a file: 2, 4 or 8.
@@ -49,7 +49,7 @@ public:
     bool verified(std::uint32_t list) const { return refs[list].verified; }
     void setVerified(std::uint32_t list) { refs[list].verified = 1; }
 
-    // Appends `index` to the list of each key in turn. Keys have 48 bits. Entries of threes wait until there
+    // Appends `index` to the list of each key in turn. Keys have 48 bits. Entries wait until there
     // are many of them, or until somebody asks for a list.
     void append(std::span<const std::uint64_t> keys, std::uint32_t index);
     // Takes every occurrence of `index` out of the key's list.
@@ -83,7 +83,6 @@ private:
         std::uint64_t key;
         std::uint32_t* tail;  // where the next entry goes, in `last`
         std::uint32_t* tailEnd;
-        std::uint32_t newest;  // the index that was appended last
         bool storedAscending;
         Chunk* last;
         Chunk* first;  // chunks behind `last` are empty and wait
@@ -119,6 +118,8 @@ private:
     // Entries that wait: the key and, in the low 16 bits, a place in `waitingIndices`.
     FlatArray<std::uint64_t> waiting;
     FlatArray<std::uint32_t> waitingIndices;
+    std::uint32_t newest = 0;  // the index that was appended last
+    bool mayDescend = false;   // it was not always the largest so far
     // The bodies of keys seen lately: most entries find theirs here.
     struct Seen {
         std::uint64_t key;
