@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -14,9 +15,13 @@
 
 namespace varnelo::bench {
 
-inline const std::string kNamesFile = VARNELO_SOURCE_DIR "/build/bench-names.txt";
+// VARNELO_BENCH_NAMES names another list.
+inline const std::string kNamesFile = [] {
+    const char* other = std::getenv("VARNELO_BENCH_NAMES");
+    return std::string(other != nullptr ? other : VARNELO_SOURCE_DIR "/build/bench-names.txt");
+}();
 
-// A million names of real files; none when ./dev bench could not make the list.
+// A million names of real files, or those of a larger list; none when ./dev bench could not make the list.
 inline const std::vector<std::wstring>& fileNames() {
     static const std::vector<std::wstring> names = [] {
         std::vector<std::wstring> read;
@@ -25,6 +30,11 @@ inline const std::vector<std::wstring>& fileNames() {
         return read;
     }();
     return names;
+}
+
+// Bars in milliseconds are meant for a million names.
+inline double perMillion(double milliseconds) {
+    return milliseconds / std::max(1.0, static_cast<double>(fileNames().size()) / 1e6);
 }
 
 inline void addAll(NTFSIndex& index, const std::vector<std::wstring>& names) {

@@ -131,7 +131,9 @@ void indexLoad(benchmark::State& state) {
     state.counters["toPlainRead"] = own / plain;
     state.counters["toPlainRead_bar"] = 2.0;
     state.counters["plainRead"] = plain;
-    state.counters["firstQuery"] = first;
+    // From a file that nobody has opened to the first answer.
+    state.counters["firstAnswerPerMillion"] = perMillion(own + first);
+    state.counters["firstAnswerPerMillion_bar"] = 20;
 }
 BENCHMARK(indexLoad)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 

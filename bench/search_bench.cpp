@@ -71,7 +71,7 @@ void searchAll(benchmark::State& state, const std::vector<std::wstring>& queries
             worst = std::max(worst, counted);
             worstToScan = std::max(worstToScan, once / scan);
         }
-        state.SetIterationTime(worst / 1000);
+        state.SetIterationTime((perHits == 0 ? perMillion(worst) : worst) / 1000);
     }
     state.counters["bar"] = bar;
     state.counters["toScan"] = worstToScan;
