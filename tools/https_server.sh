@@ -21,7 +21,12 @@ https_start() {
 # https_trust PREFIX: the programs of that prefix, and no others, trust the certificates that the server's authority
 # has signed.
 https_trust() {
-    wine_quiet "$1" "$(wine_windows_path "$varnelo_root/build/windows/tools/trust_certificate.exe")" \
+    local program=$varnelo_root/build/windows/tools/trust_certificate.exe
+    if [[ ! -f $program ]]; then
+        echo "no $program: build target trust_certificate of the preset windows" >&2
+        return 1
+    fi
+    wine_quiet "$1" "$(wine_windows_path "$program")" \
         "$(wine_windows_path "$https_folder/authority.der")"
 }
 
