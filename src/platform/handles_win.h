@@ -33,8 +33,6 @@ using EventHandle = UniqueHandle<KernelHandleTraits>;
 using ThreadHandle = UniqueHandle<KernelHandleTraits>;
 using ProcessHandle = UniqueHandle<KernelHandleTraits>;
 using MutexHandle = UniqueHandle<KernelHandleTraits>;
-using MappingHandle = UniqueHandle<KernelHandleTraits>;
-using TokenHandle = UniqueHandle<KernelHandleTraits>;
 
 // CreateFileW answers INVALID_HANDLE_VALUE on failure.
 struct FileHandleTraits : KernelHandleTraits {
@@ -91,28 +89,6 @@ struct BitmapHandleTraits {
     }
 };
 using BitmapHandle = UniqueHandle<BitmapHandleTraits>;
-
-// A device context made by CreateDC or CreateCompatibleDC, not one lent by GetDC.
-struct MemoryDCTraits {
-    using Raw = HDC;
-    static Raw invalid() { return nullptr; }
-    static void close(Raw context) {
-        const LastErrorKeeper keeper;
-        DeleteDC(context);
-    }
-};
-using MemoryDC = UniqueHandle<MemoryDCTraits>;
-
-// A view made by MapViewOfFile.
-struct MappedViewTraits {
-    using Raw = void*;
-    static Raw invalid() { return nullptr; }
-    static void close(Raw view) {
-        const LastErrorKeeper keeper;
-        UnmapViewOfFile(view);
-    }
-};
-using MappedView = UniqueHandle<MappedViewTraits>;
 
 // Memory that the shell and COM hand out: strings (wchar_t), item id lists (ITEMIDLIST).
 template <class T>

@@ -10,6 +10,12 @@
 namespace varnelo {
 namespace {
 
+struct MappedViewTraits {
+    using Raw = void*;
+    static Raw invalid() { return nullptr; }
+    static void close(Raw view) { UnmapViewOfFile(view); }
+};
+
 // Receives debug output the way a debug viewer does: the writer fills a section shared by name, one text at
 // a time, and two events pass it to and fro.
 class DebugViewer {
@@ -35,8 +41,8 @@ public:
 
 private:
     static constexpr DWORD kSectionBytes = 4096;
-    MappingHandle mapping;
-    MappedView view;
+    UniqueHandle<KernelHandleTraits> mapping;
+    UniqueHandle<MappedViewTraits> view;
     EventHandle free;
     EventHandle filled;
 };

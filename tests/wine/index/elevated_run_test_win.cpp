@@ -20,6 +20,8 @@ DWORD probe(const std::vector<std::wstring>& arguments) {
     return runTestProgram(L"elevated_probe.exe", arguments);
 }
 
+using TokenHandle = UniqueHandle<KernelHandleTraits>;
+
 // The calling thread acts with a token in which the Administrators group only denies.
 class WithoutAdministrators {
 public:
