@@ -21,11 +21,8 @@ void BaseView::init() {
         createQuad();
         createStates();
         blurBuffer = createConstantBuffer(render.device, sizeof(BlurCB));
-        const ComRef<ID3DBlob> code =
-            compileShaderResource(IDR_SHADER_BLUR_PS, "BackgroundBlurPS.hlsl", "ps_5_0");
-        if (code)
-            render.device->CreatePixelShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                             blurPixelShader.put());
+        blurPixelShader =
+            createPixelShader(render.device, shaderResource(IDR_SHADER_BLUR_PS, "BackgroundBlurPS.hlsl"));
     }
     logInfo(formatText(L"  BaseView::init done: constantBuffer=%p, blendState=%p",
                        static_cast<void*>(constantBuffer.get()), static_cast<void*>(blendState.get())));
@@ -33,11 +30,10 @@ void BaseView::init() {
 
 void BaseView::createQuad() {
     vertexBuffer = createQuadVertices(render.device, kUnitQuad);
-    const ComRef<ID3DBlob> code = compileShaderResource(IDR_SHADER_ICON_VS, "IconVS.hlsl", "vs_5_0");
-    if (!code) return;
-    inputLayout = createQuadLayout(render.device, code.get());
-    render.device->CreateVertexShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                      vertexShader.put());
+    const VertexShader vertex =
+        createVertexShader(render.device, shaderResource(IDR_SHADER_ICON_VS, "IconVS.hlsl"));
+    vertexShader = vertex.shader;
+    inputLayout = createQuadLayout(render.device, vertex.code.get());
 }
 
 void BaseView::createStates() {

@@ -12,10 +12,7 @@ namespace varnelo {
 void GlassPipeline::init() {
     if (!render.device) return;
     glassBuffer = createConstantBuffer(render.device, sizeof(GlassCB));
-    const ComRef<ID3DBlob> code = compileShaderResource(IDR_SHADER_ICON_PS, "IconPS.hlsl", "ps_5_0");
-    if (code)
-        render.device->CreatePixelShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                         pixelShader.put());
+    pixelShader = createPixelShader(render.device, shaderResource(IDR_SHADER_ICON_PS, "IconPS.hlsl"));
 }
 
 void GlassPipeline::release() {

@@ -49,19 +49,16 @@ void QuadBatch::init() {
     description.CPUAccessFlags = D3D11_CPU_ACCESS_WRITE;
     render.device->CreateBuffer(&description, nullptr, vertexBuffer.put());
 
-    if (const ComRef<ID3DBlob> code = compileShader(kVertexText, "PictureVS.hlsl", "vs_5_0")) {
-        render.device->CreateVertexShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                          vertexShader.put());
+    const VertexShader vertex = createVertexShader(render.device, {kVertexText, "PictureVS.hlsl"});
+    vertexShader = vertex.shader;
+    if (vertex.code) {
         const D3D11_INPUT_ELEMENT_DESC elements[] = {
             {"POSITION", 0, DXGI_FORMAT_R32G32_FLOAT, 0, 0, D3D11_INPUT_PER_VERTEX_DATA, 0},
             {"TEXCOORD", 0, DXGI_FORMAT_R32G32_FLOAT, 0, 8, D3D11_INPUT_PER_VERTEX_DATA, 0}};
-        render.device->CreateInputLayout(elements, 2, code->GetBufferPointer(), code->GetBufferSize(),
-                                         inputLayout.put());
+        render.device->CreateInputLayout(elements, 2, vertex.code->GetBufferPointer(),
+                                         vertex.code->GetBufferSize(), inputLayout.put());
     }
-    if (const ComRef<ID3DBlob> code = compileShader(kPixelText, "PicturePS.hlsl", "ps_5_0")) {
-        render.device->CreatePixelShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                         pixelShader.put());
-    }
+    pixelShader = createPixelShader(render.device, {kPixelText, "PicturePS.hlsl"});
     sampler = createLinearClampSampler(render.device);
     blendState = createPremultipliedBlend(render.device);
 }

@@ -15,6 +15,7 @@ ComRef<ID3D11Buffer> createQuadVertices(ID3D11Device* device, std::span<const Qu
 }
 
 ComRef<ID3D11InputLayout> createQuadLayout(ID3D11Device* device, ID3DBlob* vertexCode) {
+    if (!vertexCode) return {};
     const D3D11_INPUT_ELEMENT_DESC elements[] = {
         {"POSITION", 0, DXGI_FORMAT_R32G32B32_FLOAT, 0, 0, D3D11_INPUT_PER_VERTEX_DATA, 0},
         {"TEXCOORD", 0, DXGI_FORMAT_R32G32_FLOAT, 0, 12, D3D11_INPUT_PER_VERTEX_DATA, 0},

@@ -18,7 +18,7 @@ struct QuadVertex {
 static_assert(sizeof(QuadVertex) == 20);
 
 ComRef<ID3D11Buffer> createQuadVertices(ID3D11Device* device, std::span<const QuadVertex, 4> vertices);
-// `vertexCode` is the byte code of the vertex shader that the layout feeds.
+// `vertexCode` is the byte code of the vertex shader that the layout feeds; null gives none.
 ComRef<ID3D11InputLayout> createQuadLayout(ID3D11Device* device, ID3DBlob* vertexCode);
 ComRef<ID3D11SamplerState> createLinearClampSampler(ID3D11Device* device);
 // Default usage, bound as constant buffer; `bytes` is a multiple of 16.

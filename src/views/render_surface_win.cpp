@@ -84,16 +84,10 @@ void RenderSurface::logInitStart(IDXGISurface* surface, UINT surfaceWidth, UINT 
 
 void RenderSurface::createBackgroundQuad() {
     if (device) {
-        const ComRef<ID3DBlob> vertexCode = compileShader(kQuadVertexShader, nullptr, "vs_5_0");
-        const ComRef<ID3DBlob> pixelCode = compileShader(kQuadPixelShader, nullptr, "ps_5_0");
-        if (vertexCode) {
-            device->CreateVertexShader(vertexCode->GetBufferPointer(), vertexCode->GetBufferSize(), nullptr,
-                                       vs.put());
-            inputLayout = createQuadLayout(device, vertexCode.get());
-        }
-        if (pixelCode)
-            device->CreatePixelShader(pixelCode->GetBufferPointer(), pixelCode->GetBufferSize(), nullptr,
-                                      ps.put());
+        const VertexShader vertex = createVertexShader(device, {kQuadVertexShader, nullptr});
+        vs = vertex.shader;
+        inputLayout = createQuadLayout(device, vertex.code.get());
+        ps = createPixelShader(device, {kQuadPixelShader, nullptr});
         vertexBuffer = createQuadVertices(device, kFullScreenQuad);
         sampler = createLinearClampSampler(device);
         // The picture may have been changed since init() read it.

@@ -73,14 +73,6 @@ std::string composeText(const std::vector<Tap>& taps) {
            "return c * (1 - t) + float4(t, t, t, t); }";
 }
 
-ComRef<ID3D11PixelShader> createPixelShader(ID3D11Device* device, const std::string& text, const char* name) {
-    ComRef<ID3D11PixelShader> shader;
-    if (const ComRef<ID3DBlob> code = compileShader(text, name, "ps_5_0")) {
-        device->CreatePixelShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr, shader.put());
-    }
-    return shader;
-}
-
 // Puts the bound target, viewports and rasterizer state back.
 class TargetKeeper {
 public:
@@ -110,12 +102,9 @@ private:
 void TextInk::init() {
     release();
     if (!render.device) return;
-    if (const ComRef<ID3DBlob> code = compileShader(kVertexText, "ComposeVS.hlsl", "vs_5_0")) {
-        render.device->CreateVertexShader(code->GetBufferPointer(), code->GetBufferSize(), nullptr,
-                                          vertexShader.put());
-    }
-    labelShader = createPixelShader(render.device, composeText(labelTaps()), "LabelPS.hlsl");
-    headerShader = createPixelShader(render.device, composeText(headerTaps()), "HeaderPS.hlsl");
+    vertexShader = createVertexShader(render.device, {kVertexText, "ComposeVS.hlsl"}).shader;
+    labelShader = createPixelShader(render.device, {composeText(labelTaps()), "LabelPS.hlsl"});
+    headerShader = createPixelShader(render.device, {composeText(headerTaps()), "HeaderPS.hlsl"});
     constants = createConstantBuffer(render.device, sizeof(ComposeCB));
 }
 

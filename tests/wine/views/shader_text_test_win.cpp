@@ -9,18 +9,18 @@ namespace varnelo {
 namespace {
 
 TEST(ShaderText, EveryShaderOfTheResourcesCompiles) {
-    EXPECT_TRUE(compileShaderResource(IDR_SHADER_BLUR_PS, "BackgroundBlurPS.hlsl", "ps_5_0"));
-    EXPECT_TRUE(compileShaderResource(IDR_SHADER_ICON_PS, "IconPS.hlsl", "ps_5_0"));
-    EXPECT_TRUE(compileShaderResource(IDR_SHADER_ICON_VS, "IconVS.hlsl", "vs_5_0"));
+    EXPECT_TRUE(compileShader(shaderResource(IDR_SHADER_BLUR_PS, "BackgroundBlurPS.hlsl"), "ps_5_0"));
+    EXPECT_TRUE(compileShader(shaderResource(IDR_SHADER_ICON_PS, "IconPS.hlsl"), "ps_5_0"));
+    EXPECT_TRUE(compileShader(shaderResource(IDR_SHADER_ICON_VS, "IconVS.hlsl"), "vs_5_0"));
 }
 
 TEST(ShaderText, ABadTextGivesNoCode) {
-    EXPECT_FALSE(compileShader("float4 main( : SV_TARGET { return }", "bad.hlsl", "ps_5_0"));
-    EXPECT_FALSE(compileShader("", "empty.hlsl", "ps_5_0"));
+    EXPECT_FALSE(compileShader({"float4 main( : SV_TARGET { return }", "bad.hlsl"}, "ps_5_0"));
+    EXPECT_FALSE(compileShader({"", "empty.hlsl"}, "ps_5_0"));
 }
 
 TEST(ShaderText, AResourceThatIsNotThereGivesNoCode) {
-    EXPECT_FALSE(compileShaderResource(60000, "none.hlsl", "ps_5_0"));
+    EXPECT_FALSE(compileShader(shaderResource(60000, "none.hlsl"), "ps_5_0"));
 }
 
 TEST(ShaderText, AnIconWithoutItsShaderIsNotDrawnAndTheFrameGoesOn) {
