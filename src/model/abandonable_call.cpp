@@ -14,7 +14,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// How often a caller that waits looks whether it is to stop.
+constexpr std::chrono::milliseconds kStopLook{100};
+
 std::atomic<int> abandoned = 0;
+
+bool isStopped(const CallLimits& limits) { return limits.stopped && *limits.stopped; }
 
 // What the two threads share, for as long as either of them lives.
 struct Call {
@@ -44,12 +49,22 @@ bool takeOne(const std::function<bool(const ReplyStep&)>& take, const ReplyStep&
     }
 }
 
+// Nothing when the deadline has passed or the call is stopped.
+std::optional<ReplyStep> nextStep(ReplyRelay& relay, ReplyRelay::Time deadline, const CallLimits& limits) {
+    while (!isStopped(limits)) {
+        const auto look = std::min(deadline, Clock::now() + kStopLook);
+        if (auto step = relay.take(look)) return step;
+        if (look == deadline) break;
+    }
+    return std::nullopt;
+}
+
 // True when the last step has come.
 bool takeSteps(ReplyRelay& relay, const CallLimits& limits, const std::function<bool(const ReplyStep&)>& take,
                bool& accepted) {
     const auto end = Clock::now() + limits.total;
     auto limit = limits.firstStep;
-    while (const std::optional<ReplyStep> step = relay.take(std::min(end, Clock::now() + limit))) {
+    while (const auto step = nextStep(relay, std::min(end, Clock::now() + limit), limits)) {
         if (step->isLast()) {
             accepted = accepted && step->kind == ReplyStep::Kind::Whole;
             return true;
@@ -67,7 +82,7 @@ bool takeSteps(ReplyRelay& relay, const CallLimits& limits, const std::function<
 
 bool runAbandonable(std::function<bool(ReplyRelay&)> talk, const CallLimits& limits,
                     const std::function<bool(const ReplyStep&)>& take) {
-    if (abandonedCalls() >= kAbandonedCallLimit) return false;
+    if (isStopped(limits) || abandonedCalls() >= kAbandonedCallLimit) return false;
     const auto call = std::make_shared<Call>();
     std::thread thread;
     try {

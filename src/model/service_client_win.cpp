@@ -17,9 +17,10 @@ namespace {
 // WinHTTP's own time-outs come first where they work: they end a call tidily.
 constexpr std::chrono::milliseconds kGrace{1000};
 
-CallLimits limitsFor(std::uint32_t timeoutMs, std::chrono::milliseconds total) {
+CallLimits limitsFor(std::uint32_t timeoutMs, std::chrono::milliseconds total,
+                     const std::atomic<bool>* stopped) {
     const std::chrono::milliseconds phase(timeoutMs);
-    return {3 * phase + kGrace, phase + kGrace, total + kGrace};
+    return {3 * phase + kGrace, phase + kGrace, total + kGrace, stopped};
 }
 
 bool runExchange(HttpRequest request, const WinHttpCalls& calls, const CallLimits& limits,
@@ -65,7 +66,7 @@ private:
 }  // namespace
 
 std::string httpPost(const std::wstring& host, const std::wstring& path, const std::string& body,
-                     std::uint32_t timeoutMs, const WinHttpCalls& calls) {
+                     std::uint32_t timeoutMs, const WinHttpCalls& calls, const std::atomic<bool>* stopped) {
     HttpRequest request;
     request.userAgent = L"Morlinex/1.0";
     request.host = host;
@@ -81,12 +82,13 @@ std::string httpPost(const std::wstring& host, const std::wstring& path, const s
         reply.append(step.bytes, 0, kPostReplyLimitBytes - reply.size());
         return reply.size() < kPostReplyLimitBytes;
     };
-    const CallLimits limits = limitsFor(timeoutMs, 4 * std::chrono::milliseconds(timeoutMs));
+    const CallLimits limits = limitsFor(timeoutMs, 4 * std::chrono::milliseconds(timeoutMs), stopped);
     runExchange(std::move(request), calls, limits, append);
     return reply;
 }
 
-bool httpDownload(const std::wstring& path, const std::wstring& destination, const WinHttpCalls& calls) {
+bool httpDownload(const std::wstring& path, const std::wstring& destination, const WinHttpCalls& calls,
+                  const std::atomic<bool>* stopped) {
     HttpRequest request;
     request.userAgent = L"Varnelo/1.0";
     request.host = serviceHost;
@@ -100,7 +102,8 @@ bool httpDownload(const std::wstring& path, const std::wstring& destination, con
         if (step.kind == ReplyStep::Kind::Status) return step.status == HTTP_STATUS_OK && file.create();
         return step.kind != ReplyStep::Kind::Bytes || file.append(step.bytes);
     };
-    const CallLimits limits = limitsFor(kDownloadTimeoutMs, std::chrono::milliseconds(kDownloadTotalMs));
+    const CallLimits limits =
+        limitsFor(kDownloadTimeoutMs, std::chrono::milliseconds(kDownloadTotalMs), stopped);
     if (!runExchange(std::move(request), calls, limits, write)) return false;
     file.keep();
     return true;
@@ -108,11 +111,11 @@ bool httpDownload(const std::wstring& path, const std::wstring& destination, con
 
 std::string WinHttpServiceClient::post(const std::wstring& path, const std::string& body,
                                        std::uint32_t timeoutMs) const {
-    return httpPost(serviceHost, path, body, timeoutMs);
+    return httpPost(serviceHost, path, body, timeoutMs, calls, &stopped);
 }
 
 bool WinHttpServiceClient::download(const std::wstring& path, const std::wstring& destination) const {
-    return httpDownload(path, destination);
+    return httpDownload(path, destination, calls, &stopped);
 }
 
 }  // namespace varnelo

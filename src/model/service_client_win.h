@@ -8,6 +8,7 @@
 // for one from each sign of life to the next, each time a second more, and then goes on alone; see
 // abandonable_call.h for what becomes of the call.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,19 +31,29 @@ inline constexpr std::uint32_t kDownloadTimeoutMs = 120'000;
 inline constexpr std::uint32_t kDownloadTotalMs = 3'600'000;
 
 // The reply's body, whatever its status; empty on any failure, or what came until then. All of the call takes
-// at most four times `timeoutMs`, and a second. `timeoutMs` is at least 1.
+// at most four times `timeoutMs`, and a second. `timeoutMs` is at least 1. Once `stopped` is true the call
+// fails; null for never.
 std::string httpPost(const std::wstring& host, const std::wstring& path, const std::string& body,
-                     std::uint32_t timeoutMs, const WinHttpCalls& calls = {});
+                     std::uint32_t timeoutMs, const WinHttpCalls& calls = {},
+                     const std::atomic<bool>* stopped = nullptr);
 
 // Gets a file from the service host. Anything but status 200 leaves what is at `destination` alone; after a
 // later failure nothing is there.
-bool httpDownload(const std::wstring& path, const std::wstring& destination, const WinHttpCalls& calls = {});
+bool httpDownload(const std::wstring& path, const std::wstring& destination, const WinHttpCalls& calls = {},
+                  const std::atomic<bool>* stopped = nullptr);
 
 class WinHttpServiceClient final : public ServiceClient {
 public:
+    explicit WinHttpServiceClient(const WinHttpCalls& winHttp = {}) : calls(winHttp) {}
+
     std::string post(const std::wstring& path, const std::string& body,
                      std::uint32_t timeoutMs) const override;
     bool download(const std::wstring& path, const std::wstring& destination) const override;
+    void stop() override { stopped = true; }
+
+private:
+    const WinHttpCalls calls;
+    std::atomic<bool> stopped = false;
 };
 
 }  // namespace varnelo

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <memory>
 #include <stdexcept>
@@ -158,6 +159,53 @@ TEST_F(AbandonableCallTest, ALivelyCallEndsWithItsTotal) {
     };
     EXPECT_FALSE(runAbandonable(talk, {milliseconds(60'000), milliseconds(60'000), kShort}, acceptAll));
     end.wait();
+}
+
+TEST_F(AbandonableCallTest, AStoppedCallKeepsWhatCameBefore) {
+    std::atomic<bool> stopped = false;
+    CallLimits limits = kPatient;
+    limits.stopped = &stopped;
+    auto ended = std::make_shared<std::promise<bool>>();
+    std::future<bool> wentOn = ended->get_future();
+    const auto talk = [ended](ReplyRelay& relay) {
+        ended->set_value(relay.pass({Kind::Bytes, 0, "first"}));
+        return true;
+    };
+    std::string seen;
+    EXPECT_FALSE(runAbandonable(talk, limits, [&](const ReplyStep& step) {
+        seen += step.bytes;
+        return stopped = true;
+    }));
+    EXPECT_EQ(seen, "first");
+    EXPECT_FALSE(wentOn.get());
+}
+
+TEST_F(AbandonableCallTest, ACallThatWaitsNoticesThatItIsStopped) {
+    std::atomic<bool> stopped = false;
+    CallLimits limits = kPatient;
+    limits.stopped = &stopped;
+    const auto hang = hangingCall();
+    std::promise<void> waiting;
+    std::jthread stopper([&, begun = waiting.get_future()]() mutable {
+        begun.wait();
+        stopped = true;
+    });
+    const auto start = std::chrono::steady_clock::now();
+    const auto talk = [hang, &waiting](ReplyRelay& relay) {
+        waiting.set_value();
+        return hang(relay);
+    };
+    EXPECT_FALSE(runAbandonable(talk, limits, acceptAll));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, limits.firstStep / 2);
+}
+
+TEST_F(AbandonableCallTest, AfterTheStopNoCallBegins) {
+    const std::atomic<bool> stopped = true;
+    CallLimits limits = kPatient;
+    limits.stopped = &stopped;
+    bool began = false;
+    EXPECT_FALSE(runAbandonable([&began](ReplyRelay&) { return began = true; }, limits, acceptAll));
+    EXPECT_FALSE(began);
 }
 
 TEST_F(AbandonableCallTest, WhileTooManyHangNoFurtherOneBegins) {

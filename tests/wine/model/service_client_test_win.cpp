@@ -297,6 +297,30 @@ TEST_F(ServiceClientTest, AHandshakeWithoutEndIsAbandonedInTimeAndCleansUpLater)
               (Lines{"closeHandle request", "closeHandle connection", "closeHandle session"}));
 }
 
+TEST_F(ServiceClientTest, TheEndOfTheProgramWaitsForNoCall) {
+    WinHttpServiceClient client(recordedWinHttp(changes));
+    EXPECT_EQ(client.post(L"/text", "", kPatientMs), "hello");
+    const auto start = std::chrono::steady_clock::now();
+    {
+        const auto silent = [&] { EXPECT_EQ(client.post(L"/silent", "", kPatientMs), ""); };
+        const auto stalled = [&] { EXPECT_FALSE(client.download(L"/stalled", destination)); };
+        const std::jthread posting(silent);
+        const std::jthread downloading(stalled);
+        const auto sent = [] {
+            const Lines calls = recordedCalls();
+            return std::count(calls.begin(), calls.end(), "sendRequest request none 0 0");
+        };
+        EXPECT_TRUE(becomesTrue([&] { return sent() == 3 && probe.exists(destination); }));
+        client.stop();
+    }
+    EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(),
+              kPatientMs / 1000 - kSlackSeconds);
+    EXPECT_EQ(downloaded(), "(no file)");
+    EXPECT_EQ(client.post(L"/text", "", kPatientMs), "");
+    EXPECT_FALSE(client.download(L"/text", destination));
+    letGo();
+}
+
 TEST_F(ServiceClientTest, ADownloadWritesTheFile) {
     EXPECT_TRUE(download(L"/large"));
     EXPECT_TRUE(downloaded() == largeContent());
