@@ -203,9 +203,11 @@ TEST_F(AbandonableCallTest, AfterTheStopNoCallBegins) {
     const std::atomic<bool> stopped = true;
     CallLimits limits = kPatient;
     limits.stopped = &stopped;
-    bool began = false;
-    EXPECT_FALSE(runAbandonable([&began](ReplyRelay&) { return began = true; }, limits, acceptAll));
-    EXPECT_FALSE(began);
+    std::promise<void> end;
+    const auto talk = [ended = end.get_future().share()](ReplyRelay&) { return ended.wait(), true; };
+    EXPECT_FALSE(runAbandonable(talk, limits, acceptAll));
+    EXPECT_EQ(abandonedCalls(), 0);
+    end.set_value();
 }
 
 TEST_F(AbandonableCallTest, WhileTooManyHangNoFurtherOneBegins) {

@@ -55,9 +55,9 @@ TEST(SafeToLaunchByName, IsNothingWithAControlCharacter) {
 TEST(SafeToLaunchByName, IsOnlyAWholeFilePath) {
     for (const wchar_t* name :
          {L"", L"plan.txt", L"-plan.txt", L"/wait", L"C:", L"C:plan.txt", L"\\plan.txt", L"1:\\plan.txt",
-          L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}", L"https://example.com/", L"\\\\",
-          L"\\\\?\\C:\\plan.txt", L"\\\\.\\PhysicalDrive0", L"C:\\a/b.txt", L"C:\\*.txt", L"C:\\a?.txt",
-          L"C:\\a.txt:stream"}) {
+          L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}", L"https://example.com/", L"\\\\", L"\\\\\\plan.txt",
+          L"\\\\?\\C:\\plan.txt", L"\\\\?\\UNC\\server\\plan.txt", L"\\\\.\\PhysicalDrive0", L"C:\\a/b.txt",
+          L"C:\\*.txt", L"C:\\a?.txt", L"C:\\a.txt:stream"}) {
         EXPECT_FALSE(isSafeToLaunchByName(name)) << name;
     }
 }
