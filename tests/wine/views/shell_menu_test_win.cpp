@@ -85,12 +85,14 @@ public:
     HRESULT named = S_OK;
     std::string verb = "frobnicate";
     bool takesMessages = true;
+    bool isOld = false;  // without the interface that answers messages
     std::vector<std::wstring> done;
     ULONG references = 1;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
         const bool ofMessages = id == IID_IContextMenu2 || id == IID_IContextMenu3;
-        if (id != IID_IUnknown && id != IID_IContextMenu && !(ofMessages && takesMessages)) {
+        if (id != IID_IUnknown && id != IID_IContextMenu &&
+            !(ofMessages && takesMessages && !(isOld && id == IID_IContextMenu3))) {
             *object = nullptr;
             return E_NOINTERFACE;
         }
@@ -121,7 +123,10 @@ public:
                        (info->hwnd ? L", window" : L"") + L", show " + std::to_wstring(info->nShow));
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE HandleMenuMsg(UINT, WPARAM, LPARAM) override { return E_UNEXPECTED; }
+    HRESULT STDMETHODCALLTYPE HandleMenuMsg(UINT message, WPARAM, LPARAM) override {
+        done.push_back(L"old message " + std::to_wstring(message));
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE HandleMenuMsg2(UINT message, WPARAM, LPARAM, LRESULT* result) override {
         done.push_back(L"message " + std::to_wstring(message));
         *result = 77;
@@ -196,6 +201,20 @@ TEST_F(ContextMenuTest, WhileItIsOpenTheMenuTakesItsMessages) {
     EXPECT_THAT(afterChoice(0), ElementsAre(L"message 279", L"message 288", L"message 43", L"message 44"));
     SendMessageW(window, WM_INITMENUPOPUP, 0, 0);
     EXPECT_EQ(menu.done.size(), 4u);
+    EXPECT_EQ(menu.references, 1u);
+}
+
+// The older interface gives no answers; a key that no item knows needs one, and keeps the system's.
+TEST_F(ContextMenuTest, AnOldMenuTakesItsMessagesButNoKeys) {
+    menu.isOld = true;
+    calls.whileMenuIsOpen = [this](HMENU shown) {
+        menu.done.clear();
+        EXPECT_EQ(SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(shown), 0), 0);
+        EXPECT_EQ(SendMessageW(window, WM_DRAWITEM, 0, 0), TRUE);
+        EXPECT_EQ(SendMessageW(window, WM_MEASUREITEM, 0, 0), TRUE);
+        SendMessageW(window, WM_MENUCHAR, 'x', 0);
+    };
+    EXPECT_THAT(afterChoice(0), ElementsAre(L"old message 279", L"old message 43", L"old message 44"));
     EXPECT_EQ(menu.references, 1u);
 }
 
