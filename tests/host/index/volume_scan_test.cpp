@@ -93,6 +93,15 @@ TEST_F(VolumeScanTest, ARecordWithoutANameIsEnteredThoughItsNumberIsKnown) {
     ASSERT_TRUE(scan());
     EXPECT_EQ(index.records().size(), 2u);
     EXPECT_EQ(index.recordByKey(30), 1u);
+    EXPECT_EQ(c().recordsAsked, Numbers{30}) << "once, for the one that is found";
+}
+
+TEST_F(VolumeScanTest, ADirectoryIsOneByItsBitAlone) {
+    given(30, L"file", {}, 5, ~kFolder);
+    given(31, L"folder", {}, 5, ~0u);
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(recordNamed(L"file").flags, 0u);
+    EXPECT_EQ(recordNamed(L"folder").flags, FileRecord::kDirectory);
 }
 
 TEST_F(VolumeScanTest, TheTableIsAskedForFromNumberToNumber) {
@@ -110,7 +119,8 @@ TEST_F(VolumeScanTest, TheTableIsAskedForFromNumberToNumber) {
 }
 
 TEST_F(VolumeScanTest, OnlyNumbersThatAreKnownAreAskedForUpwards) {
-    for (const std::uint64_t frn : {30, 27, 900, 99}) c().files.push_back({frn, 5, std::to_wstring(frn)});
+    for (const std::uint64_t frn : {30, 27, 100, 900, 99})
+        c().files.push_back({frn, 5, std::to_wstring(frn)});
     c().enumerate = [this, done = false](auto, ScriptedVolume::Room room) mutable -> Volume::Answer {
         if (std::exchange(done, true)) return std::nullopt;
         std::vector<Bytes> records;
@@ -119,7 +129,7 @@ TEST_F(VolumeScanTest, OnlyNumbersThatAreKnownAreAskedForUpwards) {
     };
     c().volumeData = test::volumeDataBytes(1024, 1024 * 100 + 1023);
     ASSERT_TRUE(scan());
-    EXPECT_EQ(c().recordsAsked, (Numbers{27, 30, 99})) << "900 lies behind the table's end";
+    EXPECT_EQ(c().recordsAsked, (Numbers{27, 30, 99})) << "the table ends before 100";
     EXPECT_EQ(c().recordRoom, 1024u + 16u);
 }
 
@@ -131,6 +141,17 @@ TEST_F(VolumeScanTest, TheRecordOfAnotherNumberIsNotTaken) {
     EXPECT_EQ(recordNamed(L"gone").size, 0u);
     EXPECT_EQ(recordNamed(L"gone").modified, 0u);
     EXPECT_EQ(recordNamed(L"gone").attributes, kArchive) << "of the first pass";
+}
+
+TEST_F(VolumeScanTest, ANumberThatTwoVolumesHaveIsFilledFromItsOwn) {
+    given(30, L"on C", MftRecordBytes().residentData(3));
+    volumes[L'D'].add({30, 5, L"on D"}, MftRecordBytes().residentData(4));
+    volumes[L'D'].add({31, 5, L"more on D"}, MftRecordBytes());
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(recordNamed(L"on C").size, 3u);
+    EXPECT_EQ(recordNamed(L"on D").size, 4u);
+    EXPECT_EQ(c().recordsAsked, Numbers{30});
+    EXPECT_EQ(volumes[L'D'].recordsAsked, (Numbers{30, 31}));
 }
 
 TEST_F(VolumeScanTest, ARecordWithoutTheSignatureIsNotTaken) {
@@ -217,8 +238,25 @@ TEST_F(VolumeScanTest, MetadataIsToldApartByVolume) {
     given(25, L"below", {}, 24);
     volumes[L'D'].add({25, 24, L"$theirs"}, MftRecordBytes());
     volumes[L'D'].add({26, 5, L"$gone"}, MftRecordBytes());
+    volumes[L'D'].add({27, 26, L"$gone too"}, MftRecordBytes());
+    given(28, L"$mine", {}, 26);
     ASSERT_TRUE(scan());
-    EXPECT_EQ(liveNames(), (Names{L"below", L"$theirs"}));
+    EXPECT_EQ(liveNames(), (Names{L"below", L"$mine", L"$theirs"}));
+}
+
+TEST_F(VolumeScanTest, WhatIsGoneAlreadyTakesNothingWithIt) {
+    index.removeRecord(index.addRecord({30, 11, 0, 0, 0, 0}, L"$gone"));
+    index.addRecord({31, 30, 0, 0, 0, 0}, L"$below");
+    pruneMetadata(index);
+    EXPECT_EQ(liveNames(), Names{L"$below"});
+}
+
+TEST_F(VolumeScanTest, FoldersThatLieInEachOtherAreTakenOutOnce) {
+    index.addRecord({30, 11, 0, 0, 0, 0}, L"$known twice");
+    index.addRecord({30, 31, 0, 0, 0, 0}, L"$known twice");
+    index.addRecord({31, 30, 0, 0, 0, 0}, L"$below");
+    pruneMetadata(index);
+    EXPECT_EQ(liveNames(), Names{});
 }
 
 TEST_F(VolumeScanTest, FixedDrivesAreScannedInTheirOrderAndNoOthers) {
@@ -231,6 +269,22 @@ TEST_F(VolumeScanTest, FixedDrivesAreScannedInTheirOrderAndNoOthers) {
     EXPECT_EQ(liveNames(), (Names{L"on C", L"on E"}));
     EXPECT_EQ(index.records()[1].volume, 1);
     EXPECT_EQ(volumes[L'D'].opened, 0);
+}
+
+TEST_F(VolumeScanTest, TheFirstAndTheLastLetterAreDrivesToo) {
+    volumes[L'A'].add({24, 5, L"on A"}, MftRecordBytes());
+    volumes[L'Z'].add({24, 5, L"on Z"}, MftRecordBytes());
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(liveNames(), (Names{L"on A", L"on Z"}));
+}
+
+TEST_F(VolumeScanTest, ALetterForWhichThereIsNoPlaceFails) {
+    // As a damaged cache may leave it.
+    index.volumes.assign(NTFSIndex::kMostVolumes, 'x');
+    given(24, L"a");
+    EXPECT_FALSE(scan());
+    EXPECT_TRUE(index.records().empty());
+    EXPECT_EQ(c().closed, 1);
 }
 
 TEST_F(VolumeScanTest, WithoutDrivesItFails) { EXPECT_FALSE(scan()); }
@@ -269,13 +323,18 @@ TEST_F(VolumeScanTest, AVolumeWithoutAJournalFails) {
 
 TEST_F(VolumeScanTest, VolumeDataThatMeansNothingFails) {
     given(24, L"a");
-    for (const std::uint32_t recordSize : {0u, 0x400000u, 0xFFFFFFFFu}) {
+    // The largest record is one that fits into four megabytes with what stands before it.
+    constexpr std::uint32_t kLargest = 0x400000 - 16;
+    for (const std::uint32_t recordSize : {0u, kLargest + 1, 0xFFFFFFFFu}) {
         c().volumeData = test::volumeDataBytes(recordSize, 1024 * 100);
         EXPECT_FALSE(scan()) << recordSize;
     }
     c().volumeData = Bytes(63, 1);
     EXPECT_FALSE(scan());
     EXPECT_TRUE(index.records().empty());
+    c().volumeData = test::volumeDataBytes(kLargest, std::uint64_t{kLargest} * 25);
+    EXPECT_TRUE(scan());
+    EXPECT_EQ(c().recordRoom, 0x400000u);
 }
 
 TEST_F(VolumeScanTest, AVolumeThatClaimsAnEndlessTableIsAskedForWhatItHas) {
@@ -312,6 +371,23 @@ TEST_F(VolumeScanTest, AnAnswerOfTheNumberAloneIsGoneOnFrom) {
     ASSERT_TRUE(scan());
     EXPECT_EQ(asked, 3);
     EXPECT_EQ(liveNames(), Names{L"a"});
+}
+
+TEST_F(VolumeScanTest, ThePlaceToGoOnFromMayCarryASequenceNumber) {
+    std::vector<std::uint64_t> places = {0x000900000000001E, 0x0001000000000028};
+    std::size_t asked = 0;
+    c().enumerate = [&](auto, ScriptedVolume::Room room) -> Volume::Answer {
+        EXPECT_EQ(room.size(), 0x100000u);
+        if (asked == places.size()) return std::nullopt;
+        const std::uint64_t frn = 24 + asked;
+        return answer(test::usnAnswer(places[asked++], {test::usnRecord({frn, 5, L"a"})}), room);
+    };
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(index.records().size(), 2u);
+    Bytes request(24, 0);
+    test::put(request, 0, places[1]);
+    test::put(request, 16, c().nextUsn);
+    EXPECT_EQ(c().enumerations.back(), request) << "and is handed back as it came";
 }
 
 TEST_F(VolumeScanTest, AnAnswerWithoutANumberEnds) {
