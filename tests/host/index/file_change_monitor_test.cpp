@@ -40,8 +40,10 @@ TEST_F(FileChangeMonitorTest, ItBeginsAtThePresentEndOfEachJournal) {
     EXPECT_EQ(journals[1].volumeIndex, 3);
     EXPECT_EQ(journals[1].nextUsn, 777u);
     EXPECT_EQ(journals[1].journalId, 12u);
+    index.currentVolume = 1;
     EXPECT_TRUE(round().empty()) << "what was before is not told";
     EXPECT_TRUE(index.records().empty());
+    EXPECT_EQ(index.currentVolume, 3) << "the volume that was read last";
 }
 
 TEST_F(FileChangeMonitorTest, WithoutAJournalItDoesNotStart) {
@@ -123,7 +125,9 @@ TEST_F(FileChangeMonitorTest, AVolumeThatCannotBeOpenedIsPassedOverForARound) {
     c().opens = false;
     closes(40, L"on C", usn::kFileCreate);
     volumes[L'D'].happen({40, 5, L"on D", test::kArchive, usn::kFileCreate | usn::kClose});
+    const std::uint64_t before = position();
     auto told = round();
+    EXPECT_EQ(position(), before);
     ASSERT_EQ(told.size(), 1u);
     EXPECT_EQ(told[0].name, L"on D");
     EXPECT_EQ(told[0].volume, 1);
@@ -165,6 +169,20 @@ TEST_F(FileChangeMonitorTest, AJournalThatDoesNotMoveEndsTheRound) {
     };
     EXPECT_EQ(round().size(), 1u);
     EXPECT_EQ(c().journalReads.size(), 1u);
+}
+
+TEST_F(FileChangeMonitorTest, AJournalThatGoesBackEndsTheRound) {
+    ASSERT_TRUE(follow());
+    std::uint64_t here = position();
+    c().readJournal = [&here](auto, ScriptedVolume::Room room) -> Volume::Answer {
+        if ((here -= 8) < 4000) return std::nullopt;
+        const Bytes answer = test::usnAnswer(here, {test::usnRecord({40, 5, L"again", 0, usn::kClose})});
+        std::copy(answer.begin(), answer.end(), room.begin());
+        return answer.size();
+    };
+    round();
+    EXPECT_EQ(c().journalReads.size(), 1u);
+    EXPECT_EQ(position(), here) << "the next round begins where the journal says";
 }
 
 TEST_F(FileChangeMonitorTest, AnAnswerLargerThanItsRoomIsReadAsFarAsTheRoomGoes) {
@@ -341,6 +359,23 @@ TEST_F(MonitorThreadTest, ACallbackMayAskForTheEndOfItsOwnThread) {
     EXPECT_EQ(told, 2);
     EXPECT_FALSE(threaded.running());
     EXPECT_TRUE(threaded.start([](const FileChange&) {}));
+}
+
+TEST_F(MonitorThreadTest, AStopEndsABurstBehindTheBatchThatWasBegun) {
+    Gate asked(1);
+    std::size_t told = 0;
+    ASSERT_TRUE(threaded.start([&](const FileChange&) {
+        if (++told != 1) return;
+        threaded.stop();
+        asked.countDown();
+    }));
+    volumes.locked([this] {
+        for (std::uint64_t i = 0; i < 3000; ++i) closes(100 + i, L"file", usn::kFileCreate);
+    });
+    asked.wait();
+    threaded.stop();
+    EXPECT_EQ(told, index.records().size()) << "what was applied is told";
+    EXPECT_LT(told, 3000u);
 }
 
 TEST_F(MonitorThreadTest, ACallbackMayClearTheIndex) {

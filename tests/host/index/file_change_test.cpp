@@ -129,6 +129,12 @@ TEST_F(FileChangeTest, ANewFolderIsOneByTheJournalsAttributes) {
     EXPECT_EQ(record(2).attributes, 0u) << "and its attributes are those of the record";
 }
 
+TEST_F(FileChangeTest, AFolderIsOneByItsBitAlone) {
+    closes(50, L"new", usn::kFileCreate, 30, ~test::kFolder);
+    round();
+    EXPECT_EQ(record(2).flags, 0u);
+}
+
 TEST_F(FileChangeTest, TheCreationOfAKnownFileIsPassedOver) {
     closes(40, L"again.txt", usn::kFileCreate);
     closes(40, L"again.txt", usn::kFileCreate | usn::kRenameNewName | usn::kDataExtend);
@@ -141,6 +147,22 @@ TEST_F(FileChangeTest, TheCreationOfATombstoneThatIsStillKnownIsPassedOver) {
     closes(40, L"again.txt", usn::kFileCreate);
     EXPECT_TRUE(round().empty());
     EXPECT_TRUE(record(known).deleted());
+}
+
+TEST_F(FileChangeTest, ARenameMakesATombstoneThatIsStillKnownAFileAgain) {
+    index.pruneRecord(known);
+    closes(40, L"known.txt", usn::kDataExtend, 30);
+    ASSERT_EQ(round().size(), 1u);
+    EXPECT_TRUE(record(known).deleted()) << "what is written to it does not";
+    EXPECT_EQ(record(known).size, 99u);
+    closes(40, L"back.txt", usn::kRenameNewName, 30);
+    const auto told = round();
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].type, FileChange::kRenamed);
+    EXPECT_EQ(told[0].path, L"C:\\folder\\known.txt");
+    EXPECT_FALSE(record(known).deleted());
+    EXPECT_EQ(index.searchNames(L"back"), Hits{known});
+    EXPECT_EQ(index.searchNames(L"known"), Hits{});
 }
 
 TEST_F(FileChangeTest, ATombstoneOfTheCacheIsKnownAgainAfterALoad) {
@@ -261,6 +283,25 @@ TEST_F(FileChangeTest, TheRecordOfAnotherNumberIsNoneOfThisFile) {
     round();
     EXPECT_EQ(record(2).size, 0u);
     EXPECT_EQ(record(2).attributes, 0x23u);
+}
+
+TEST_F(FileChangeTest, ARecordWithoutTheSignatureIsNotTaken) {
+    test::Bytes bytes = MftRecordBytes().standardInformation(1, 2, 0x24).residentData(7).ended();
+    bytes[0] = 'B';
+    c().fileRecords[50] = bytes;
+    closes(50, L"new", usn::kFileCreate, 30, 0x23);
+    round();
+    EXPECT_EQ(record(2).size, 0u);
+    EXPECT_EQ(record(2).modified, 0u);
+    EXPECT_EQ(record(2).attributes, 0x23u);
+}
+
+TEST_F(FileChangeTest, ARecordOfFourKilobytesFits) {
+    c().fileRecords[50] = MftRecordBytes().residentData(7).ended(4096);
+    closes(50, L"new", usn::kFileCreate);
+    round();
+    EXPECT_EQ(record(2).size, 7u);
+    EXPECT_EQ(c().recordRoom, 0x1010u);
 }
 
 TEST_F(FileChangeTest, WithoutStandardInformationAFileHasNoAttributes) {
