@@ -142,12 +142,32 @@ TEST_F(IndexServiceTest, ACacheWithoutRecordsIsNotFollowedAndSaysNothing) {
     EXPECT_TRUE(c().enumerations.empty());
 }
 
+TEST_F(IndexServiceTest, ACacheWithoutVolumesIsNotFollowed) {
+    NTFSIndex earlier;
+    earlier.addRecord({100, 5, 0, 0, 0, 0}, L"nowhere");
+    ASSERT_TRUE(save(earlier));
+    EXPECT_EQ(start(),
+              Lines{L"[INFO] NTFS data loaded from cache \u2013 live monitoring disabled (no admin rights)"});
+    EXPECT_FALSE(service.monitoring());
+}
+
 TEST_F(IndexServiceTest, AFirstStartWithRightsScansSavesAndFollows) {
     EXPECT_EQ(start(), (Lines{L"[INFO] NTFS scan completed with admin rights",
                               L"[INFO] NTFS live monitoring started"}));
     EXPECT_TRUE(service.monitoring());
     EXPECT_EQ(found(L""), Lines{L"scanned.txt"});
     EXPECT_EQ(saved(), 1u);
+}
+
+TEST_F(IndexServiceTest, AScanThatWorkedIsFollowedWithoutAsking) {
+    c().recordOf = [this](std::uint64_t) {
+        c().hasJournal = false;
+        return MftRecordBytes().ended();
+    };
+    EXPECT_EQ(start(), (Lines{L"[INFO] NTFS scan completed with admin rights",
+                              L"[INFO] NTFS live monitoring started"}))
+        << "the line tells of the attempt";
+    EXPECT_FALSE(service.monitoring());
 }
 
 TEST_F(IndexServiceTest, AFirstStartOfAnAdministratorRaisesTheHelperAndLoadsWhatItLeft) {
@@ -183,6 +203,20 @@ TEST_F(IndexServiceTest, ARefusedElevationIsTold) {
                               L"[WARN] User declined elevation for NTFS scan"}));
     EXPECT_EQ(found(L""), Lines{});
     EXPECT_EQ(calls, std::vector<std::string>{"ready"});
+}
+
+// Nothing tells an empty cache from that of a machine without files: only a rebuild asks again.
+TEST_F(IndexServiceTest, AfterARefusalTheEmptyIndexIsSavedAndTheNextStartDoesNotAsk) {
+    withoutRights();
+    elevation.admin = true;
+    elevation.agrees = false;
+    start();
+    service.stop();
+    EXPECT_TRUE(service.save());
+    EXPECT_EQ(bytes().size(), 64u);
+    IndexService next(index, volumes, elevation, hooks(), folder.path());
+    EXPECT_EQ(linesOf([&] { next.start(); }), Lines{});
+    EXPECT_EQ(elevation.runs.size(), 1u);
 }
 
 TEST_F(IndexServiceTest, AUserWhoIsNoAdministratorGetsNoPrompt) {
@@ -312,6 +346,16 @@ TEST_F(IndexServiceTest, ClearingTheIndexEndsTheMonitor) {
     EXPECT_FALSE(service.monitoring());
 }
 
+TEST_F(IndexServiceTest, AnIndexThatOutlivesItsServiceMayBeCleared) {
+    NTFSIndex other;
+    {
+        IndexService served(other, volumes, elevation, {}, folder.path());
+        EXPECT_TRUE(other.stopMonitor);
+    }
+    EXPECT_FALSE(other.stopMonitor);
+    other.clearIndex();
+}
+
 TEST_F(IndexServiceTest, AStopInTheMidstOfAScanKeepsTheIndexAsItWas) {
     c().recordOf = [this](std::uint64_t) {
         service.requestStop();
@@ -324,6 +368,20 @@ TEST_F(IndexServiceTest, AStopInTheMidstOfAScanKeepsTheIndexAsItWas) {
     EXPECT_EQ(calls, std::vector<std::string>{"ready"}) << "what waits for the index waits no longer";
     service.stop();
     EXPECT_FALSE(service.save()) << "half an index would be taken for a whole one";
+    EXPECT_FALSE(exists(kName));
+}
+
+TEST_F(IndexServiceTest, ARebuildThatIsBrokenOffLeavesNoCache) {
+    givenCache({L"old"});
+    start();
+    c().recordOf = [this](std::uint64_t) {
+        service.requestStop();
+        return MftRecordBytes().ended();
+    };
+    c().add({25, 5, L"another.txt"}, MftRecordBytes());
+    rebuild();
+    service.stop();
+    EXPECT_FALSE(service.save()) << "the next start scans";
     EXPECT_FALSE(exists(kName));
 }
 
