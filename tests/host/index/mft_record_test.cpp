@@ -40,6 +40,25 @@ TEST(MftRecordTest, StandardInformationGivesOneOfTwoTimesAndTheAttributes) {
     EXPECT_FALSE(factsOf(record).hasAttributeList);
 }
 
+TEST(MftRecordTest, StandardInformationThatLiesElsewhereIsNotRead) {
+    Bytes record = MftRecordBytes().standardInformation(801, 802, 0x20).ended();
+    record[56 + 8] = 1;
+    EXPECT_EQ(factsOf(record).modified, 0u);
+    EXPECT_EQ(factsOf(record).attributes, std::nullopt);
+}
+
+TEST(MftRecordTest, OfSeveralTheLastOneCounts) {
+    const auto facts = factsOf(MftRecordBytes()
+                                   .standardInformation(1, 2, 3)
+                                   .standardInformation(4, 5, 6)
+                                   .nonResidentData(90000)
+                                   .residentData(7)
+                                   .ended());
+    EXPECT_EQ(facts.modified, 4u);
+    EXPECT_EQ(facts.attributes, 6u);
+    EXPECT_EQ(facts.size, 7u);
+}
+
 TEST(MftRecordTest, WithoutAttributesThereIsNothing) {
     const MftRecordFacts facts = factsOf(MftRecordBytes().ended());
     EXPECT_EQ(facts.modified, 0u);
@@ -120,6 +139,18 @@ TEST(MftRecordTest, AValueThatLiesBeyondTheRecordIsNotRead) {
     EXPECT_EQ(factsOf(record).attributes, std::nullopt);
     test::put(record, 56 + 20, std::uint16_t{1024 - 56 - 35});
     EXPECT_EQ(factsOf(record).attributes, std::nullopt) << "one byte is missing";
+}
+
+TEST(MftRecordTest, DataWhoseSizeLiesBeyondTheRecordIsNotSeen) {
+    for (const MftRecordBytes& bytes :
+         {MftRecordBytes().residentData(9), MftRecordBytes().nonResidentData(9)}) {
+        const Bytes whole = bytes.ended(0);
+        for (std::size_t size = 0; size <= whole.size(); ++size) {
+            const auto facts =
+                factsOf(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+            EXPECT_EQ(facts.hasData, facts.size == 9) << size;
+        }
+    }
 }
 
 TEST(MftRecordTest, EveryCutOfARecordIsReadAsFarAsItGoes) {

@@ -173,6 +173,22 @@ TEST_F(NtfsIndexTest, ACreatedRecordTakesThePlaceThatWasFreedLast) {
     EXPECT_EQ(ones(L'd'), Entries{2});
 }
 
+TEST_F(NtfsIndexTest, APlaceThatIsNotFreeAnyMoreAfterALoadIsNotGivenAway) {
+    const CacheFixture cache;
+    NTFSIndex other;
+    other.addRecord({40, 5}, L"one of two");
+    other.addRecord({40, 5}, L"known by its number");
+    other.removeRecord(other.addRecord({41, 5}, L"known again"));
+    ASSERT_TRUE(cache.save(other));
+    for (int i = 0; i < 4; ++i) index.removeRecord(file(60 + static_cast<std::uint64_t>(i), L"old"));
+    ASSERT_TRUE(cache.load(index));
+    ASSERT_EQ(index.freeRecords().size(), 4u);
+    EXPECT_EQ(index.createRecord({50, 5}, L"new"), 3u) << "behind what was loaded";
+    EXPECT_EQ(index.nameOf(0), L"one of two");
+    EXPECT_EQ(index.recordByKey(40), 1u);
+    EXPECT_EQ(index.recordByKey(41), 2u);
+}
+
 TEST_F(NtfsIndexTest, APrunedRecordStaysKnownAndKeepsItsPlace) {
     const std::uint32_t i = file(40, L"$Meta");
     index.pruneRecord(i);

@@ -47,6 +47,17 @@ TEST(UsnRecordTest, RecordsFollowOneAnotherAndOtherVersionsArePassedOver) {
               (Names{L"a", L"b", L"c"}));
 }
 
+TEST(UsnRecordTest, OnlyTheVersionTellsARecordThatIsPassedOver) {
+    for (const std::uint16_t version : {std::uint16_t{1}, std::uint16_t{3}, std::uint16_t{4}}) {
+        Bytes other = named(L"other");
+        test::put(other, 4, version);
+        EXPECT_EQ(namesIn(usnAnswer(1, {other, named(L"a")})), Names{L"a"}) << version;
+    }
+    Bytes later = named(L"later");
+    test::put(later, 6, std::uint16_t{1});
+    EXPECT_EQ(namesIn(usnAnswer(1, {later})), Names{L"later"}) << "the minor version adds at most";
+}
+
 TEST(UsnRecordTest, AnAnswerOfTheNumberAloneHasNoRecords) {
     const Bytes answer = usnAnswer(77, {});
     EXPECT_EQ(UsnRecordWalk(answer).nextPosition(), 77u);
