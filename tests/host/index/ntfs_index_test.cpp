@@ -261,16 +261,16 @@ TEST_F(NtfsIndexTest, ManyKeysComeAndGo) {
 
 TEST_F(NtfsIndexTest, ClearingStopsTheMonitorFirstAndLeavesNothing) {
     onVolume(L'D');
-    const std::uint32_t i = file(L"a.txt");
-    pathOf(i);
-    index.removeRecord(i);
-    file(L"b.txt");
+    pathOf(file(24, L"a.txt"));
+    index.removeRecord(file(25, L"b.txt"));
+    file(26, L"c.txt");
+    onVolume(L'E');
     bool freeToTake = false;
     bool stillFull = false;
     index.stopMonitor = [&] {
         freeToTake = index.mutex.try_lock();
         if (freeToTake) index.mutex.unlock();
-        stillFull = index.records().size() == 2;
+        stillFull = index.records().size() == 3;
     };
     index.clearIndex();
     EXPECT_TRUE(freeToTake) << "the monitor may need the mutex to end";
@@ -282,7 +282,10 @@ TEST_F(NtfsIndexTest, ClearingStopsTheMonitorFirstAndLeavesNothing) {
     EXPECT_EQ(index.freeRecords().size(), 0u);
     EXPECT_TRUE(index.volumes.empty());
     EXPECT_EQ(index.currentVolume, 0);
-    EXPECT_EQ(index.recordByKey(25), std::nullopt);
+    EXPECT_EQ(index.recordByKey(24), std::nullopt);
+    onVolume(L'F');
+    EXPECT_EQ(pathOf(file(24, L"new")), L"F:\\new") << "paths are forgotten too";
+    EXPECT_EQ(index.searchNames(L"*"), Entries{0});
 }
 
 TEST_F(NtfsIndexTest, ContentsThatChangePlacesAreWholeInTheirNewPlaces) {
