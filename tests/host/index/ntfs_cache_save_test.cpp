@@ -92,6 +92,17 @@ TEST_F(NtfsCacheSaveTest, WritesManySmallAndSomeLargePieces) {
 
 #ifndef _WIN32
 
+TEST_F(NtfsCacheSaveTest, AFullDiskLeavesTheOldFileAndNothingBesideIt) {
+    fillWith(3);
+    ASSERT_TRUE(cache.save(index));
+    const Bytes before = cache.bytes();
+    fs::create_symlink("/dev/full", cache.path() + L".tmp");
+    fillWith(5);
+    EXPECT_FALSE(cache.save(index));
+    EXPECT_EQ(cache.bytes(), before);
+    EXPECT_FALSE(fs::is_symlink(cache.path() + L".tmp"));
+}
+
 TEST_F(NtfsCacheSaveTest, ASaverThatIsKilledLeavesAFileThatLoads) {
     NTFSIndex other;
     for (int i = 0; i < 120; ++i) other.addRecord({100u + static_cast<unsigned>(i), 5, 0, 0, 0, 0}, L"other");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "host/index/cache_fixture.h"
 #include "host/index/index_world.h"
 
@@ -300,13 +302,15 @@ TEST_F(NtfsIndexTest, ContentsThatChangePlacesAreWholeInTheirNewPlaces) {
     }
     onVolume(L'C');
     const std::uint32_t gone = file(24, L"gone.txt");
-    file(25, L"here.txt");
+    file(107, L"here.txt");  // a number that the other one has too
     pathOf(1);
     index.removeRecord(gone);
     int stops = 0;
     index.stopMonitor = [&stops] { ++stops; };
 
+    loaded.currentVolume = 1;
     index.swapContent(loaded);
+    EXPECT_EQ(std::exchange(index.currentVolume, 0), 1);
     EXPECT_EQ(index.searchNames(L"stored").size(), 50u);
     EXPECT_EQ(pathOf(7), L"D:\\stored.doc");
     EXPECT_EQ(index.recordByKey(recordKey(0, 107)), 7u);
