@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "platform/unique_handle.h"
+#include "platform/global_memory_win.h"
 
 namespace varnelo {
 
@@ -29,13 +29,6 @@ public:
 private:
     bool opened = false;
 };
-
-struct GlobalMemoryTraits {
-    using Raw = HGLOBAL;
-    static Raw invalid() { return nullptr; }
-    static void close(Raw memory) { GlobalFree(memory); }
-};
-using GlobalMemory = UniqueHandle<GlobalMemoryTraits>;
 
 // The text with a terminating zero in a movable block.
 GlobalMemory blockOf(std::wstring_view text) {

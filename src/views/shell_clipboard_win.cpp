@@ -6,19 +6,13 @@
 #include <span>
 
 #include "platform/com_ref.h"
+#include "platform/global_memory_win.h"
 #include "platform/item_id_list_win.h"
 
 namespace varnelo {
 namespace {
 
 constexpr UINT kSharedMemory = GMEM_MOVEABLE | GMEM_ZEROINIT | GMEM_SHARE;
-
-struct GlobalMemoryTraits {
-    using Raw = HGLOBAL;
-    static Raw invalid() { return nullptr; }
-    static void close(Raw memory) { GlobalFree(memory); }
-};
-using GlobalMemory = UniqueHandle<GlobalMemoryTraits>;
 
 class OpenedClipboard {
 public:
