@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,6 +25,11 @@ public:
 inline std::wstring_view clipboardTextOf(const wchar_t* block, std::size_t units) {
     const std::wstring_view all(block, units);
     return all.substr(0, all.find(L'\0'));
+}
+
+// The other way round: fills a block of text.size() + 1 units with the text and the zero that ends it.
+inline void fillClipboardBlock(wchar_t* block, std::wstring_view text) {
+    *std::copy(text.begin(), text.end(), block) = L'\0';
 }
 
 }  // namespace varnelo

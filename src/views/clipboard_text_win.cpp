@@ -1,7 +1,5 @@
 #include "views/clipboard_text_win.h"
 
-#include <cstring>
-
 #include "platform/global_memory_win.h"
 
 namespace varnelo {
@@ -36,8 +34,7 @@ GlobalMemory blockOf(std::wstring_view text) {
     if (!memory) return memory;
     auto* const units = static_cast<wchar_t*>(GlobalLock(memory.get()));
     if (!units) return {};
-    std::memcpy(units, text.data(), text.size() * sizeof(wchar_t));
-    units[text.size()] = L'\0';
+    fillClipboardBlock(units, text);
     GlobalUnlock(memory.get());
     return memory;
 }

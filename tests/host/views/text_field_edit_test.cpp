@@ -456,5 +456,14 @@ TEST(ClipboardTextTest, ABlockEndsAtItsFirstZeroOrWithItself) {
     EXPECT_EQ(clipboardTextOf(block, 0), L"");
 }
 
+TEST(ClipboardTextTest, AFilledBlockEndsInAZeroWhateverItHeldBefore) {
+    wchar_t block[] = L"??????";
+    fillClipboardBlock(block, L"abc");
+    EXPECT_STREQ(block, L"abc");
+    EXPECT_EQ(block[4], L'?') << "no more than that is written";
+    fillClipboardBlock(block, L"");
+    EXPECT_STREQ(block, L"");
+}
+
 }  // namespace
 }  // namespace varnelo
