@@ -54,9 +54,12 @@ TEST_F(EditMenuWinTest, WhatCannotBeDoneIsGreyed) {
 constexpr UINT_PTR kKeysTimer = 1;
 HWND menuOwner = nullptr;
 std::string_view menuKeys;
+RECT menuPlace{};
 
 void CALLBACK pressKeys(HWND, UINT, UINT_PTR, DWORD) {
-    if (!FindWindowW(L"#32768", nullptr)) return;
+    const HWND menu = FindWindowW(L"#32768", nullptr);
+    if (!menu) return;
+    GetWindowRect(menu, &menuPlace);
     if (menuKeys.empty()) {
         EndMenu();
         return;
@@ -80,6 +83,22 @@ TEST_F(EditMenuWinTest, TheChosenRowIsTheAnswer) {
     EXPECT_EQ(chosenBy(std::string{down, down, enter}), EditCommand::Copy);
     EXPECT_EQ(chosenBy(std::string{up, enter}), EditCommand::SelectAll);
     EXPECT_EQ(chosenBy(std::string{escape}), EditCommand::None);
+}
+
+TEST_F(EditMenuWinTest, ItOpensWithItsCornerAtTheCursor) {
+    const HiddenWindow window(50, 50);
+    menuOwner = window.get();
+    PopupEditMenu menu(menuOwner, language);
+    for (const POINT cursor : {POINT{120, 90}, POINT{31, 202}}) {
+        ASSERT_TRUE(SetCursorPos(cursor.x, cursor.y));
+        menuKeys = {};
+        menuPlace = {};
+        SetTimer(menuOwner, kKeysTimer, 20, pressKeys);
+        EXPECT_EQ(menu.choose({true, true, true}), EditCommand::None);
+        KillTimer(menuOwner, kKeysTimer);
+        EXPECT_EQ(menuPlace.left, cursor.x);
+        EXPECT_EQ(menuPlace.top, cursor.y);
+    }
 }
 
 }  // namespace
