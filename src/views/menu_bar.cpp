@@ -55,7 +55,7 @@ bool MenuBar::hitRow(float x, float y, std::int32_t& row) const {
     if (!panelShows() || !(rowHeight > 0) || !panel.contains(x, y)) return false;
     const float hit = std::floor((y - panel.y) / rowHeight);
     // The panel's lower edge belongs to it, and to no row.
-    if (hit < 0 || hit >= static_cast<float>(items.size())) return false;
+    if (hit >= static_cast<float>(items.size())) return false;
     row = static_cast<std::int32_t>(hit);
     return true;
 }
