@@ -56,6 +56,15 @@ TEST_F(MenuBarTest, WithoutAFontThePanelIsTwentyWide) {
     EXPECT_EQ(MenuBar().panelWidth, 20);
 }
 
+TEST_F(MenuBarTest, ThePanelFollowsTheButton) {
+    menu.place(100, 15, 30);
+    EXPECT_EQ(menu.rect, (ViewRect{100, 15, 30, 30}));
+    EXPECT_EQ(menu.panelRect(), (ViewRect{100, 45, 100, 120}));
+    EXPECT_EQ(menu.rowRect(1), (ViewRect{100, 75, 100, 30}));
+    EXPECT_EQ(rowAt(150, 74), 0);
+    EXPECT_EQ(rowAt(150, 164), 3);
+}
+
 TEST_F(MenuBarTest, RowsLieBelowEachOtherAndTheirLabelsTenPixelsIn) {
     EXPECT_EQ(menu.rowRect(0), (ViewRect{500, 40, 100, 40}));
     EXPECT_EQ(menu.rowRect(3), (ViewRect{500, 160, 100, 40}));
@@ -112,6 +121,13 @@ TEST_F(MenuBarTest, ARowKeepsItsFunctionWhenItsLabelChanges) {
     menu.setLabel(2, L"Information");
     menu.items[2].run();
     EXPECT_EQ(chosen, L"Info");
+}
+
+TEST(MenuBarStart, IsClosedAndCold) {
+    const MenuBar menu;
+    EXPECT_FALSE(menu.open);
+    EXPECT_FALSE(menu.hovered);
+    EXPECT_EQ(menu.hotRow, -1);
 }
 
 TEST(MenuBarLook, HasItsSizesAndItsSign) {

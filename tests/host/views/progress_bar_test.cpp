@@ -35,6 +35,8 @@ TEST_F(ProgressBarTest, TheFillIsTheShareThatIsDone) {
     EXPECT_EQ(shown().fill, (ViewRect{10, 570, 0, 30}));
     progress.done = 4;
     EXPECT_EQ(shown().fill, (ViewRect{10, 570, 800, 30}));
+    bar.rect = {0, 0, 100, 20};
+    EXPECT_EQ(shown().fill, (ViewRect{0, 0, 100, 20}));
 }
 
 TEST_F(ProgressBarTest, WithoutATotalThereIsNoFill) {

@@ -29,6 +29,7 @@ protected:
 
 TEST_F(SplitterTest, TheTabbedAreaStartsWithSevenTenths) {
     EXPECT_EQ(splitter.ratio(), 0.7F);
+    EXPECT_EQ(splitter.displayRatio(), 0.7F);
     EXPECT_EQ(splitter.restoreRatio(), 0.7F);
     EXPECT_EQ(splitter.barRect(), (ViewRect{698, 0, 4, 600}));
     EXPECT_EQ(splitter.firstRect(), (ViewRect{0, 0, 698, 600}));
@@ -39,7 +40,11 @@ TEST_F(SplitterTest, TheTabbedAreaStartsWithSevenTenths) {
 TEST_F(SplitterTest, TheAreaNeedNotStartAtTheCorner) {
     splitter.setArea({100, 50, 1000, 600});
     EXPECT_EQ(splitter.barRect(), (ViewRect{798, 50, 4, 600}));
+    EXPECT_EQ(splitter.firstRect().w, 698);
     EXPECT_EQ(splitter.secondRect().right(), 1100);
+    splitter.beginDrag();
+    splitter.dragTo(900, 60);
+    EXPECT_EQ(splitter.ratio(), 0.8F);
 }
 
 TEST_F(SplitterTest, ARowDividesByHeight) {
@@ -53,6 +58,34 @@ TEST_F(SplitterTest, ARowDividesByHeight) {
     EXPECT_EQ(rows.ratio(), 0.5F);
     EXPECT_TRUE(rows.hitBar(900, 300));
     EXPECT_FALSE(rows.hitBar(900, 303));
+    rows.dragTo(900, 450);
+    EXPECT_EQ(rows.ratio(), 0.75F);
+    rows.snapSecondPart(116);
+    EXPECT_FLOAT_EQ(rows.ratio(), 0.8F);
+}
+
+TEST_F(SplitterTest, ARowNeedNotStartAtTheCornerNorHaveRoom) {
+    Splitter rows(Splitter::Bar::Row);
+    rows.setArea({100, 50, 1000, 600});
+    EXPECT_EQ(rows.firstRect(), (ViewRect{100, 50, 1000, 418}));
+    EXPECT_EQ(rows.barRect(), (ViewRect{100, 468, 1000, 4}));
+    EXPECT_EQ(rows.secondRect().bottom(), 650);
+    rows.beginDrag();
+    rows.dragTo(0, 530);
+    EXPECT_EQ(rows.ratio(), 0.8F);
+    rows.setArea({0, 0, 1000, 0});
+    EXPECT_EQ(rows.firstRect().h, 0);
+    EXPECT_EQ(rows.secondRect().h, 0);
+}
+
+TEST_F(SplitterTest, ARowWhoseSecondPartIsHiddenReachesTenPixelsFurther) {
+    Splitter rows(Splitter::Bar::Row);
+    rows.setArea({0, 0, 1000, 600});
+    rows.restore(1);
+    EXPECT_TRUE(rows.hitBar(500, 588));
+    EXPECT_FALSE(rows.hitBar(500, 587.5F));
+    EXPECT_TRUE(rows.hitBar(500, 612));
+    EXPECT_FALSE(rows.hitBar(500, 612.5F));
 }
 
 TEST_F(SplitterTest, ASavedRatioIsTakenWithinTheLimits) {
@@ -76,6 +109,8 @@ TEST_F(SplitterTest, ASavedRatioBeyondTheThresholdIsNoPlaceToComeBackTo) {
     EXPECT_EQ(splitter.ratio(), 0.99F);
     EXPECT_EQ(splitter.restoreRatio(), 0.7F);
     EXPECT_TRUE(splitter.softwareHidden());
+    splitter.restore(0.98F);
+    EXPECT_EQ(splitter.restoreRatio(), 0.7F);
 }
 
 TEST_F(SplitterTest, ASavedValueThatIsNoNumberGivesTheLeastRatio) {
@@ -107,7 +142,23 @@ TEST_F(SplitterTest, WithoutADragTheCursorMovesNothing) {
     splitter.dragTo(812, 10);
     splitter.endDrag();
     EXPECT_EQ(splitter.ratio(), 0.7F);
+    splitter.restore(0.99F);
+    splitter.endDrag();
     EXPECT_FALSE(splitter.isAnimating());
+}
+
+TEST_F(SplitterTest, AfterTheReleaseTheCursorMovesNothing) {
+    dragBarTo(812);
+    EXPECT_FALSE(splitter.isDragging());
+    splitter.dragTo(600, 10);
+    EXPECT_EQ(splitter.ratio(), 0.812F);
+}
+
+TEST_F(SplitterTest, APressWithoutAMoveRemembersWhereTheBarWasSnappedTo) {
+    splitter.snapSecondPart(198);
+    splitter.beginDrag();
+    splitter.endDrag();
+    EXPECT_FLOAT_EQ(splitter.restoreRatio(), 0.798F);
 }
 
 TEST_F(SplitterTest, ReleasedBeyondTheThresholdThePaneFoldsAwayAndRemembersTheLastPlace) {
@@ -145,6 +196,15 @@ TEST_F(SplitterTest, TheFoldTakesTheSameTimeAtAnyFrameRate) {
     for (int i = 0; i < 10; ++i) splitter.advance(0.01F);
     slow.advance(0.1F);
     EXPECT_NEAR(splitter.displayRatio(), slow.displayRatio(), 1e-5F);
+}
+
+TEST_F(SplitterTest, TheFoldEndsWithinAThousandth) {
+    const auto secondsToGap = [](float gap) { return -std::log(gap / 0.02F) / 8; };
+    dragBarTo(980);
+    EXPECT_TRUE(splitter.advance(secondsToGap(0.0011F)));
+    dragBarTo(980);
+    EXPECT_FALSE(splitter.advance(secondsToGap(0.0009F))) << "no frame after the last place";
+    EXPECT_EQ(splitter.displayRatio(), 1);
 }
 
 TEST_F(SplitterTest, AtRestNoFrameIsNeeded) { EXPECT_FALSE(splitter.advance(0.016F)); }

@@ -62,6 +62,11 @@ TEST_F(TabStripTest, OutsideTheStripThereIsNoTab) {
     EXPECT_EQ(empty.hitTab(50, 20), -1);
 }
 
+TEST_F(TabStripTest, AtTheStartTheFirstTabIsActiveAndNoneIsUnderTheMouse) {
+    EXPECT_EQ(strip.activeIndex, 0);
+    EXPECT_EQ(strip.hoverIndex, -1);
+}
+
 TEST_F(TabStripTest, TheActiveTabsTintStandsAboveTheHoveredOne) {
     strip.activeIndex = 1;
     strip.hoverIndex = 2;

@@ -71,6 +71,25 @@ TEST(TaskPoolTest, StoppingTwiceIsStoppingOnceAndLaterTasksAreDropped) {
     EXPECT_EQ(done, 1);
 }
 
+TEST(TaskPoolTest, ATaskThatIsDroppedIsNotCounted) {
+    LoadProgress progress;
+    TaskPool pool(1, &progress);
+    pool.stop();
+    pool.enqueue(L"late", [] {});
+    EXPECT_EQ(progress.total, 0u);
+    EXPECT_FALSE(progress.active);
+}
+
+TEST(TaskPoolTest, ProgressThatNobodyListensToIsCountedAllTheSame) {
+    LoadProgress progress;
+    {
+        TaskPool pool(1, &progress);
+        pool.enqueue(L"index", [] {});
+    }
+    EXPECT_EQ(progress.done, 1u);
+    EXPECT_EQ(progress.label, L"index");
+}
+
 // Each report of the progress as a word.
 struct RecordedProgress : LoadProgress {
     std::vector<std::wstring> reports;  // guarded by mutex, which onChange is called with
@@ -128,6 +147,7 @@ TEST(TaskPoolTest, AResetZeroesTheProgressButKeepsItsListener) {
         TaskPool pool(1, &progress);
         pool.enqueue(L"a", [] {});
     }
+    progress.active = true;
     progress.reset();
     EXPECT_EQ(progress.total, 0u);
     EXPECT_EQ(progress.done, 0u);

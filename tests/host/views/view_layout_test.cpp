@@ -32,6 +32,31 @@ TEST_F(ViewLayoutTest, TheMenuButtonIsASquareOfTheMenuRowInTheCorner) {
     EXPECT_EQ(layout().menuButton, (ViewRect{0, 0, 50, 50}));
 }
 
+TEST_F(ViewLayoutTest, TheMenuRowHasWholePixels) {
+    EXPECT_EQ(menuRowHeight(1.01F), 40);
+    EXPECT_EQ(menuRowHeight(1.02F), 41);
+}
+
+TEST_F(ViewLayoutTest, AllBelowTheMenuRowMakesRoomForItsHeight) {
+    input.dpiScale = 2;
+    input.searchVisible = true;
+    EXPECT_EQ(layout().nameField.y, 90);
+    EXPECT_EQ(layout().tabPane.y, 156);
+    EXPECT_EQ(layout().tabPane.bottom(), 800);
+}
+
+TEST_F(ViewLayoutTest, TheTabbedAreaNeedNotStartAtTheCorner) {
+    input.firstRect = {100, 30, 500, 600};
+    const ViewLayout out = layout();
+    EXPECT_EQ(out.menuButton, (ViewRect{100, 30, 40, 40}));
+    EXPECT_EQ(out.tabStrip, (ViewRect{140, 30, 460, 40}));
+    EXPECT_EQ(out.nameField, (ViewRect{110, 80, 480, 30}));
+    EXPECT_EQ(out.expander, (ViewRect{110, 116, 480, 20}));
+    EXPECT_EQ(out.contentField, (ViewRect{110, 140, 480, 30}));
+    EXPECT_EQ(out.tabPane, (ViewRect{100, 70, 500, 560}));
+    EXPECT_EQ(out.progressBar, (ViewRect{0, 770, 1280, 30}));
+}
+
 TEST_F(ViewLayoutTest, TheTabStripFillsTheRowBesideTheButton) {
     const ViewLayout out = layout();
     EXPECT_EQ(out.tabStrip.x, 40);
