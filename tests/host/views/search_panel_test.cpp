@@ -51,6 +51,51 @@ TEST_F(SearchPanelTest, TheSecondRowIsClosedAtTheStart) {
     EXPECT_FALSE(panel.contentShows());
     EXPECT_FALSE(panel.update(0.1F, 0.1F));
     EXPECT_EQ(panel.expanderText(), L"\u25b6 contents");
+    EXPECT_EQ(resized, 0) << "at rest nothing is laid out";
+}
+
+TEST_F(SearchPanelTest, EachFieldSaysWhatItSearches) {
+    EXPECT_EQ(panel.nameField.placeholder, L"names");
+    EXPECT_EQ(panel.contentField.placeholder, L"contents");
+}
+
+TEST_F(SearchPanelTest, TheSecondRowShowsFromHalfAPixelOn) {
+    pressExpander();
+    panel.update(0.0005F, 0);
+    EXPECT_GT(panel.contentRowHeight(), 0);
+    EXPECT_FALSE(panel.contentShows());
+    panel.update(0.001F, 0);
+    EXPECT_LT(panel.contentRowHeight(), 1);
+    EXPECT_TRUE(panel.contentShows());
+}
+
+TEST_F(SearchPanelTest, APanelThatNobodyLaysOutUnfoldsAllTheSame) {
+    panel.onResized = nullptr;
+    pressExpander();
+    rest();
+    EXPECT_EQ(panel.contentRowHeight(), 30);
+}
+
+TEST_F(SearchPanelTest, TheMouseWorksInTheSecondFieldWhileItIsOpen) {
+    panel.contentField.setText(L"word");
+    input.cursorX = 100;
+    input.cursorY = 120;
+    panel.onDoubleClick();
+    EXPECT_FALSE(panel.contentField.hasSelection()) << "closed";
+    pressExpander();
+    input.cursorX = 15;
+    input.cursorY = 120;
+    panel.onMouseDown();
+    input.cursorX = 36;
+    panel.onMouseMove(true);
+    panel.onMouseUp();
+    input.cursorX = 46;
+    panel.onMouseMove(true);
+    EXPECT_EQ(panel.contentField.selectionEnd(), 2) << "the release ends the drag";
+    panel.onDoubleClick();
+    EXPECT_EQ(panel.contentField.selectionEnd(), 4);
+    panel.onRightClick();
+    EXPECT_TRUE(menu.shown.has_value());
 }
 
 TEST_F(SearchPanelTest, APressOnTheExpanderUnfoldsTheSecondRowByEighteenTimesTheGapASecond) {
@@ -142,6 +187,8 @@ TEST_F(SearchPanelTest, ADragSelectsInTheFieldThatWasPressed) {
     input.cursorX = 36;
     panel.onMouseMove(true);
     panel.onMouseUp();
+    input.cursorX = 46;
+    panel.onMouseMove(true);
     EXPECT_EQ(panel.nameField.selectionStart(), 0);
     EXPECT_EQ(panel.nameField.selectionEnd(), 2);
 }
@@ -156,9 +203,14 @@ TEST_F(SearchPanelTest, UntilItIsReadyNoFieldTakesInput) {
     panel.setReady(false);
     pressAt(60);
     EXPECT_FALSE(panel.hasFocus());
+    pressExpander();
+    pressAt(120);
+    EXPECT_FALSE(panel.hasFocus());
     panel.setReady(true);
-    pressAt(60);
-    EXPECT_TRUE(panel.hasFocus());
+    for (const float field : {60.0F, 120.0F}) {
+        pressAt(field);
+        EXPECT_TRUE(panel.hasFocus());
+    }
 }
 
 TEST_F(SearchPanelTest, TheCaretBlinksByTheClockAlsoWhenFramesAreCapped) {
@@ -174,15 +226,18 @@ TEST_F(SearchPanelTest, ALongPauseIsOneBlink) {
     pressAt(60);
     panel.update(0.1F, 3600);
     EXPECT_FALSE(panel.nameField.caretVisible());
-    panel.update(0.1F, 0.2F);
+    panel.update(0.1F, 0.5F);
     EXPECT_FALSE(panel.nameField.caretVisible());
 }
 
 TEST_F(SearchPanelTest, ASpinnerNeedsFramesAndABlinkingCaretDoesNot) {
     pressAt(60);
     EXPECT_FALSE(panel.update(0.1F, 0.6F));
-    panel.nameField.busy = true;
-    EXPECT_TRUE(panel.update(0.1F, 0.1F));
+    for (TextField* field : {&panel.nameField, &panel.contentField}) {
+        field->busy = true;
+        EXPECT_TRUE(panel.update(0.1F, 0.1F));
+        field->busy = false;
+    }
 }
 
 TEST_F(SearchPanelTest, ClearingTheFocusClearsBoth) {
@@ -190,6 +245,10 @@ TEST_F(SearchPanelTest, ClearingTheFocusClearsBoth) {
     panel.clearFocus();
     EXPECT_FALSE(panel.hasFocus());
     EXPECT_FALSE(panel.nameField.focused());
+    pressExpander();
+    pressAt(120);
+    panel.clearFocus();
+    EXPECT_FALSE(panel.contentField.focused());
 }
 
 }  // namespace

@@ -177,6 +177,12 @@ TEST_F(TextFieldEditTest, ControlWithAnArrowMovesByWords) {
     EXPECT_EQ(shown(), L"one two|, three");
 }
 
+TEST_F(TextFieldEditTest, ControlAndShiftWithRightSelectByWords) {
+    given(L"one |two three");
+    withCtrl(kRight, true);
+    EXPECT_EQ(shown(), L"one [two ]three");
+}
+
 TEST_F(TextFieldEditTest, ControlWithBackspaceErasesTheWordBefore) {
     given(L"one two|");
     field.onChar(127);
@@ -408,6 +414,12 @@ TEST_F(TextFieldEditTest, TheMenusCommandsDoWhatTheKeysDo) {
     EXPECT_EQ(shown(), L"|");
     EXPECT_EQ(clipboard.content, L"abc");
     EXPECT_EQ(changes, (Texts{L"ac", L"abc", L""}));
+}
+
+TEST_F(TextFieldEditTest, TheMenusDeleteErasesNothingButASelection) {
+    given(L"a|bc");
+    choose(EditCommand::Delete);
+    EXPECT_EQ(shown(), L"a|bc");
 }
 
 TEST_F(TextFieldEditTest, AFieldThatWasDisabledWhileItsMenuWasOpenIgnoresTheChoice) {

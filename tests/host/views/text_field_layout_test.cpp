@@ -76,6 +76,7 @@ TEST_F(TextFieldLayoutTest, TheSpinnerTakesASquareAtTheRightEnd) {
     EXPECT_FLOAT_EQ(shown.textBox.w, 261);
     field.collapsedHeight = 10;
     EXPECT_FLOAT_EQ(layout().spinner->centre.x, 395);
+    EXPECT_FLOAT_EQ(layout().spinner->centre.y, 55);
     EXPECT_FLOAT_EQ(layout().spinner->radius, 3);
     EXPECT_FLOAT_EQ(layout().textBox.w, 281);
 }
@@ -144,6 +145,14 @@ TEST_F(TextFieldLayoutTest, TheCaretsLineStandsAtItsPrefix) {
     EXPECT_FALSE(layout().caret) << "blinked away";
 }
 
+TEST_F(TextFieldLayoutTest, OfAFoldedFieldSelectionAndCaretFollowWhatShows) {
+    given(L"a[bcd]e");
+    field.collapsedHeight = 10;
+    expectRect(*layout().selection, {114.5F, 51, 30, 8});
+    EXPECT_FLOAT_EQ(layout().caret->top, 51.5F);
+    EXPECT_FLOAT_EQ(layout().caret->bottom, 58.5F);
+}
+
 TEST_F(TextFieldLayoutTest, OfAScrolledTextTheCaretStandsInTheBox) {
     given(std::wstring(60, L'x') + L"|");
     const TextFieldLayout shown = layout();
@@ -169,6 +178,8 @@ TEST_F(TextFieldLayoutTest, TheBrushesHaveTheirColours) {
     expectColor(TextFieldBrush::Placeholder, 0.8F, 0.8F, 0.8F, 0.45F);
     expectColor(TextFieldBrush::Selection, 0.26F, 0.52F, 0.96F, 0.45F);
     EXPECT_EQ(kTextFieldFontShare, 0.45F);
+    EXPECT_EQ(kTextFieldOutlineWidth, 1);
+    EXPECT_EQ(kTextFieldCaretWidth, 1.5F);
 }
 
 }  // namespace

@@ -95,6 +95,34 @@ TEST_F(TextFieldTest, ADoubleClickInAnEmptyFieldOrOutsideSelectsNothing) {
     EXPECT_FALSE(field.hasSelection());
 }
 
+TEST_F(TextFieldTest, ADoubleClickInAFieldThatIsNotEnabledSelectsNothing) {
+    given(L"word|");
+    field.enabled = false;
+    field.onDoubleClick();
+    EXPECT_FALSE(field.hasSelection());
+}
+
+TEST_F(TextFieldTest, ADragShowsTheCaret) {
+    given(L"hello world|");
+    cursorTo(104.5F + 32, 65);
+    field.onMouseDown();
+    field.update(0.53F);
+    ASSERT_FALSE(field.caretVisible());
+    dragTo(52);
+    EXPECT_TRUE(field.caretVisible());
+}
+
+TEST_F(TextFieldTest, ATextThatIsSetHasItsCaretBehindItAndNoSelection) {
+    given(L"a[bc]");
+    field.setText(L"hello");
+    EXPECT_EQ(field.caret(), 5);
+    EXPECT_EQ(field.selectionStart(), -1);
+    EXPECT_EQ(field.selectionEnd(), -1);
+    field.setText(std::wstring(40, L'x'));
+    EXPECT_GT(field.scrollX(), 0);
+    EXPECT_EQ(changes, Texts{}) << "the user changed nothing";
+}
+
 TEST_F(TextFieldTest, AThirdPressWithin500MillisecondsSelectsAll) {
     given(L"hello world|");
     doubleClick(20);
@@ -104,6 +132,14 @@ TEST_F(TextFieldTest, AThirdPressWithin500MillisecondsSelectsAll) {
     now += 1;
     press(20);
     EXPECT_EQ(shown(), L"he|llo world") << "the fourth is a plain press";
+}
+
+TEST_F(TextFieldTest, AFourthPressIsAPlainOneHoweverSoonItComes) {
+    given(L"hello world|");
+    doubleClick(20);
+    press(20);
+    press(20);
+    EXPECT_EQ(shown(), L"he|llo world");
 }
 
 TEST_F(TextFieldTest, AThirdPressAfter501MillisecondsPlacesTheCaret) {
@@ -259,6 +295,7 @@ TEST_F(TextFieldTest, AFieldThatGetsNarrowerKeepsItsCaretInView) {
     EXPECT_TRUE(field.update(0));
     EXPECT_FLOAT_EQ(field.scrollX(), 280 - (291 - 30 - 1.5F));
     field.busy = false;
+    EXPECT_TRUE(field.update(0)) << "the text moved back";
     field.place({100, 50, 200, 30});
     EXPECT_FLOAT_EQ(field.scrollX(), 280 - (191 - 1.5F));
     field.place({100, 50, 2, 30});

@@ -98,6 +98,17 @@ TEST(WordStarts, FollowRunsOfOneKindAndTheBlanksBehindThem) {
     EXPECT_EQ(previousWordStart(text, 5), 0U);
     EXPECT_EQ(previousWordStart(text, 0), 0U);
     EXPECT_EQ(previousWordStart(L"   ", 2), 0U);
+    EXPECT_EQ(previousWordStart(text, 99), 10U);
+    EXPECT_EQ(nextWordStart(text, 99), 15U);
+    for (const wchar_t blank : {L'\t', L'\r', wchar_t{0xA0}, wchar_t{0x3000}})
+        EXPECT_EQ(nextWordStart(std::wstring(L"a") + blank + L"b", 0), 2U) << int(blank);
+}
+
+TEST(TextUnits, EveryHalfOfAPairIsOne) {
+    for (const wchar_t unit : {wchar_t{0xD800}, wchar_t{0xDBFF}}) EXPECT_TRUE(isHighSurrogate(unit));
+    for (const wchar_t unit : {wchar_t{0xD7FF}, wchar_t{0xDC00}}) EXPECT_FALSE(isHighSurrogate(unit));
+    for (const wchar_t unit : {wchar_t{0xDC00}, wchar_t{0xDFFF}}) EXPECT_TRUE(isLowSurrogate(unit));
+    for (const wchar_t unit : {wchar_t{0xDBFF}, wchar_t{0xE000}}) EXPECT_FALSE(isLowSurrogate(unit));
 }
 
 TEST(TextUnits, StepsGoOverPairsAndStopAtTheEnds) {

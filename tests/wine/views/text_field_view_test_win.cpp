@@ -149,6 +149,14 @@ TEST_F(TextFieldViewTest, TheCaretIsALineAtItsPrefix) {
     const ViewRect line{caret->x - 0.75F, caret->top, 1.5F, caret->bottom - caret->top};
     EXPECT_GE(differing(with, without, line, Where::Inside), 18);
     EXPECT_EQ(differing(with, without, line, Where::Outside, 1), 0);
+    float covered = 0;
+    const int middle = static_cast<int>((caret->top + caret->bottom) / 2);
+    for (int x = 0; x < kWidth; ++x) {
+        const float below = without.at(x, middle).g;
+        covered += (with.at(x, middle).g - below) / (1 - below);
+    }
+    // Not every engine smooths a line's edges.
+    EXPECT_NEAR(covered, kTextFieldCaretWidth, 0.6F) << "its width";
 }
 
 TEST_F(TextFieldViewTest, TheSpinnerIsThreeQuartersOfARing) {

@@ -164,6 +164,22 @@ TEST_F(MenuBarViewTest, TheClosedMenuIsItsButton) {
     }
 }
 
+TEST_F(MenuBarViewTest, TheGlyphLiesOverAShadowHalfAPixelAway) {
+    given(40, {});
+    const Picture picture = shown();
+    const auto format = canvas.makeFormat(24, DWRITE_TEXT_ALIGNMENT_CENTER);
+    const auto layout = canvas.layOut(MenuBar::kGlyph, format.get(), 40, 40);
+    const auto white = canvas.makeBrush({1, 1, 1, 1});
+    const auto black = canvas.makeBrush({0, 0, 0, 0.5F});
+    const Picture direct = frame([&] {
+        canvas.blur(menu.rect, kMenuButtonTint);
+        const DrawScope scope(*window.surface.d2dRT);
+        scope->DrawTextLayout({30.5F, 10.5F}, layout.get(), black.get(), D2D1_DRAW_TEXT_OPTIONS_NONE);
+        scope->DrawTextLayout({30, 10}, layout.get(), white.get(), D2D1_DRAW_TEXT_OPTIONS_NONE);
+    });
+    expectSame(picture, direct, 6);
+}
+
 TEST_F(MenuBarViewTest, ThePanelsRowsLieBelowTheButton) {
     for (const float height : kHeights) {
         given(height, {L"", L"", L"", L""});
