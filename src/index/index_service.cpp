@@ -7,6 +7,7 @@
 #include "app/logger.h"
 #include "index/volume_data.h"
 #include "index/volume_scan.h"
+#include "platform/input_file.h"
 #include "platform/known_folders.h"
 #include "platform/plain_file.h"
 
@@ -111,6 +112,7 @@ bool IndexService::save() {
     const std::lock_guard lock(task);
     if (!whole) return false;
     const std::lock_guard indexLock(index.mutex);
+    if (index.records().empty() && cacheExists()) return false;
     return write(index);
 }
 
@@ -177,6 +179,10 @@ bool IndexService::journalReadable(wchar_t letter) {
 
 void IndexService::deleteCache() const {
     withCacheFolder([this] { return removeFile(machineDataPath(folder, kFile).c_str()); });
+}
+
+bool IndexService::cacheExists() const {
+    return withCacheFolder([this] { return InputFile().open(machineDataPath(folder, kFile).c_str()); });
 }
 
 bool IndexService::load(NTFSIndex& into) const {

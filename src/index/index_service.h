@@ -56,6 +56,7 @@ public:
     void stop();
     // At the program's end, behind stop(): writes the cache. False when that failed, and without a try when
     // no task has run to its end: the index is not whole then and would be taken for it at the next start.
+    // Nor does an empty index replace a cache: a helper run may have needed longer than it was waited for.
     bool save();
 
     bool monitoring() const { return monitor.running(); }
@@ -69,6 +70,7 @@ private:
     void publish(NTFSIndex& fresh);
     bool journalReadable(wchar_t letter);
     void deleteCache() const;
+    bool cacheExists() const;
     bool load(NTFSIndex& into) const;
     bool write(const NTFSIndex& from) const;
 

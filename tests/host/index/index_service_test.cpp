@@ -219,6 +219,17 @@ TEST_F(IndexServiceTest, AfterARefusalTheEmptyIndexIsSavedAndTheNextStartDoesNot
     EXPECT_EQ(elevation.runs.size(), 1u);
 }
 
+TEST_F(IndexServiceTest, AnEmptyIndexLeavesTheCacheThatASlowHelperWroteSince) {
+    withoutRights();
+    elevation.admin = true;
+    start();
+    givenCache({L"found late.txt"});
+    const Bytes late = bytes();
+    service.stop();
+    EXPECT_FALSE(service.save());
+    EXPECT_EQ(bytes(), late);
+}
+
 TEST_F(IndexServiceTest, AUserWhoIsNoAdministratorGetsNoPrompt) {
     withoutRights();
     EXPECT_EQ(start(), Lines{L"[INFO] Non-admin user \u2013 NTFS scan skipped (no elevation possible)"});
