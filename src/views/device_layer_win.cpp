@@ -9,6 +9,8 @@ bool DeviceLayer::initD3D(HWND window, UINT width, UINT height, ComRef<IDXGISurf
     logInfo(L"Direct3D 11 initialization started");
     if (!createDevice(window, width, height)) return false;
     createRasterizerStates();
+    const D3D11_QUERY_DESC event{D3D11_QUERY_EVENT, 0};
+    device->CreateQuery(&event, presented.put());
 
     ComRef<ID3D11Texture2D> backBuffer;
     if (SUCCEEDED(swapChain->GetBuffer(0, IID_PPV_ARGS(backBuffer.put())))) {
@@ -122,7 +124,21 @@ void DeviceLayer::clear() {
 }
 
 void DeviceLayer::present() {
-    if (swapChain) noteLoss(swapChain->Present(1, 0));
+    if (!swapChain) return;
+    noteLoss(swapChain->Present(1, 0));
+    if (!presented) return;
+    context->End(presented.get());
+    awaiting = true;
+}
+
+void DeviceLayer::awaitPresented() {
+    constexpr int kMostMilliseconds = 250;
+    if (!awaiting) return;
+    awaiting = false;
+    for (int waited = 0; waited < kMostMilliseconds; ++waited) {
+        if (context->GetData(presented.get(), nullptr, 0, 0) != S_FALSE) return;
+        Sleep(1);
+    }
 }
 
 HRESULT DeviceLayer::noteLoss(HRESULT result) {
@@ -135,6 +151,8 @@ void DeviceLayer::shutdown() {
     logInfo(L"Direct3D 11 shutdown started");
     // What is still bound would keep the device alive.
     if (context) context->ClearState();
+    presented.reset();
+    awaiting = false;
     rsDefault.reset();
     rsScissor.reset();
     backBufferView.reset();

@@ -31,6 +31,9 @@ public:
     void clear();
     // Waits for one vertical blank.
     void present();
+    // Sleeps until the frame that was presented last is drawn, a quarter of a second at most. Without it the
+    // next frame waits for room in the device's queue, for which some drivers spin.
+    void awaitPresented();
     // The device was taken away (a driver that was restarted or replaced, the end of a remote session). All
     // that was made from it is worth nothing; shutdown() and initD3D() give another one.
     bool isLost() const { return lost; }
@@ -55,6 +58,8 @@ private:
     void setViewport(UINT width, UINT height);
     HRESULT noteLoss(HRESULT result);
 
+    ComRef<ID3D11Query> presented;  // ends behind each frame
+    bool awaiting = false;
     bool lost = false;
 };
 

@@ -175,6 +175,7 @@ WPARAM Varnelo::messageLoop() {
 
 void Varnelo::drawFrame() {
     window.redrawRequested = false;
+    device.awaitPresented();
     const bool animating = render->update(frameClock.advance(steadyNanoseconds()));
     if (window.resizePending) {
         device.resize(window.width, window.height, *render);
