@@ -162,7 +162,7 @@ private:
     mutable std::recursive_mutex mutex;
     // Guarded by `mutex`:
     std::vector<DesktopFileInfo*> entries;  // the shown items in enumeration order; owned by `alive`
-    std::vector<InfoPtr> alive;             // all objects since the last rebuild, removed ones too
+    std::vector<InfoPtr> alive;             // those, and what was removed since the last list
     std::vector<InfoPtr> retired;           // those that no list since shows
     std::vector<DesktopFileInfo*> retimed;  // their `timestamp` follows at the next flush
     std::vector<Change> pending;

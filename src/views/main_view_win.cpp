@@ -69,7 +69,11 @@ MainView::MainView(RenderSurface& surface, BaseView& baseView, const ViewService
                surface, baseView, TabKind::System),
       watcher(organizers.desktop, knownFolder(KnownFolder::Desktop)) {}
 
-MainView::~MainView() = default;
+// Also without shutdown(), as when the start failed, no task outlives what it uses.
+MainView::~MainView() {
+    requestStop();
+    taskPool.stop();
+}
 
 void MainView::init() {
     watcher.start();  // before the desktop is read, so that no change falls between the two
@@ -292,9 +296,14 @@ void MainView::onShellChange(std::uint32_t event, const ItemIdList& first, const
     }
 }
 
-void MainView::shutdown() {
+// Tasks that wait or scan end soon.
+void MainView::requestStop() {
     stopping = true;
     if (indexService) indexService->requestStop();
+}
+
+void MainView::shutdown() {
+    requestStop();
     taskPool.stop();
     rightPane.stopIconWorker();
     leftPane.stopIconWorker();

@@ -128,6 +128,7 @@ private:
     void initSoftwarePane();
     void initTasks();
     void initWorkerTasks();
+    void requestStop();
     void initSecondaryTasks();
     void setTexts();
     bool updateSoftwarePane();
@@ -168,8 +169,8 @@ private:
     OrganizerSet organizers;
 
     LoadProgress loadProgress;
+    std::unique_ptr<IndexService> indexService;  // of the primary view; outlives the tasks that use it
     TaskPool taskPool;
-    std::unique_ptr<IndexService> indexService;  // of the primary view
 
     WindowsShellCalls shellCalls;
     ShellFileActions shellActions;

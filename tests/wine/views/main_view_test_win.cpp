@@ -510,6 +510,13 @@ TEST_F(MainViewTest, AnotherMonitorsViewKeepsItsOwnTabAndEndsWhileItWaits) {
     EXPECT_LT(systemClock().steadySeconds() - begin, 10);
 }
 
+TEST_F(MainViewTest, AViewThatIsDestroyedWithoutItsEndDoesNotWaitForAnIndex) {
+    stage.start(1);
+    const double begin = systemClock().steadySeconds();
+    stage.view.reset();
+    EXPECT_LT(systemClock().steadySeconds() - begin, 10);
+}
+
 TEST_F(MainViewTest, TheDraggedOrderIsSavedWithTheNextFrame) {
     stage.start();
     stage.settle();
