@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/language_table.h"
+#include "support/cursor_win.h"
 #include "support/surface_window_win.h"
 
 namespace varnelo {
@@ -90,7 +91,7 @@ TEST_F(EditMenuWinTest, ItOpensWithItsCornerAtTheCursor) {
     menuOwner = window.get();
     PopupEditMenu menu(menuOwner, language);
     for (const POINT cursor : {POINT{120, 90}, POINT{31, 202}}) {
-        ASSERT_TRUE(SetCursorPos(cursor.x, cursor.y));
+        ASSERT_TRUE(restCursorAt(cursor.x, cursor.y));
         menuKeys = {};
         menuPlace = {};
         SetTimer(menuOwner, kKeysTimer, 20, pressKeys);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/cursor_win.h"
 #include "support/device_calls_win.h"
 #include "support/log_capture.h"
 #include "support/surface_fixture_win.h"
@@ -200,7 +201,7 @@ TEST_F(RenderSurfaceTest, AFrameAtRestCreatesNothingOnTheDevice) {
 TEST_F(RenderSurfaceTest, TheCursorIsReadInClientPixels) {
     SurfaceWindow window(kWidth, kHeight);
     SetWindowPos(window.window.get(), nullptr, 30, 40, kWidth, kHeight, SWP_NOZORDER | SWP_NOACTIVATE);
-    SetCursorPos(50, 70);
+    ASSERT_TRUE(restCursorAt(50, 70));
     window.surface.update(0.05F);
     EXPECT_EQ(window.surface.input.cursorX, 20);
     EXPECT_EQ(window.surface.input.cursorY, 30);
