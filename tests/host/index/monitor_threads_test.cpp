@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 
 #include "host/index/monitor_world.h"
@@ -53,7 +54,7 @@ private:
 
 TEST(MonitorThreadsTest, MonitorSearchesSortingAndSavingGetAlong) {
     constexpr std::uint64_t kFiles = 400;
-    constexpr std::uint64_t kChanges = kFiles * 5 / 2;
+    constexpr std::uint64_t kRound = 40;  // each of the others works once at least while so many files come
     MonitorWorld world;
     const test::TempFolder folder;
     Beat told;
@@ -62,14 +63,18 @@ TEST(MonitorThreadsTest, MonitorSearchesSortingAndSavingGetAlong) {
     monitor.setLongestHold(std::chrono::milliseconds(0));
     ASSERT_TRUE(monitor.start([&](const FileChange&) { told.happen(); }));
 
-    std::atomic<int> works{0};
+    Beat worked;
     const auto repeat = [&](auto work) {
         return std::thread([&, work] {
+            std::uint64_t next = 0;
             do {
-                const std::lock_guard lock(world.index.mutex);
-                work();
-                ++works;
-            } while (told.waitFor(told.now() + 20));
+                next = told.now() + 20;
+                {
+                    const std::lock_guard lock(world.index.mutex);
+                    work();
+                }
+                worked.happen();
+            } while (told.waitFor(next));
         });
     };
     std::vector<std::thread> others;
@@ -90,13 +95,15 @@ TEST(MonitorThreadsTest, MonitorSearchesSortingAndSavingGetAlong) {
             if (i % 2 == 0) world.closes(100 + i, L"new " + name, usn::kFileDelete);
         });
         told.waitFor(i);  // some lie in one batch, others do not
+        if ((i + 1) % kRound != 0) continue;
+        told.waitFor((i + 1) * 5 / 2);
+        worked.waitFor((i + 1) / kRound * others.size());
     }
-    told.waitFor(kChanges);
     told.end();
     for (std::thread& thread : others) thread.join();
     monitor.stop();
-    EXPECT_EQ(told.now(), kChanges);
-    EXPECT_GT(works, 20);
+    EXPECT_EQ(told.now(), kFiles * 5 / 2);
+    EXPECT_GE(worked.now(), kFiles / kRound * others.size());
 
     NTFSIndex read;
     ASSERT_TRUE(world.index.saveCache(folder.path(), L"ntfs.cache"));
