@@ -64,6 +64,8 @@ void IconGridManager::selectAtPress() {
 
 void IconGridManager::onMouseMove(bool leftButtonDown) {
     readCursor();
+    // With the button up the release went to somebody else: what was held is let go where it is.
+    if (!leftButtonDown && (scrollBarDragging || lasso.active || cellDragActive)) onMouseUp();
     if (leftButtonDown && scrollBarDragging) {
         dragThumb(*this, services.input.cursorY);
         return;

@@ -105,6 +105,7 @@ void MainView::onMouseMove(bool leftButtonDown) {
         setSizeCursor();
         return;
     }
+    if (!leftButtonDown && splitter.isDragging()) endSplitterDrag();  // the release went to somebody else
     splitter.hovered = overBar();
     if (!leftButtonDown && splitter.hovered) setSizeCursor();
     const bool overRow = widgets.menuBar.onMouseMove(cursorX(), cursorY());

@@ -340,6 +340,17 @@ TEST_F(GridDragTest, WhatWasDroppedIsFoundAtTheSamePlaceWhenTheListComesAgain) {
     EXPECT_EQ(orderOf(L"G"), order);
 }
 
+TEST_F(GridDragTest, ACellWhoseReleaseWentElsewhereIsDroppedAtTheNextMove) {
+    givenTwoGroups();
+    takeHoldOf(L"G0");
+    dragOver(L"G3");
+    const Words order = orderOf(L"G");
+    hoverOver(L"G1");
+    EXPECT_FALSE(grid.cellDragActive);
+    EXPECT_EQ(orderOf(L"G"), order);
+    EXPECT_EQ(grid.pressedIndex, kNoCell);
+}
+
 TEST_F(GridDragTest, HoverIsFrozenWhileCellsAreDragged) {
     givenTwoGroups();
     hoverOver(L"G0");

@@ -134,6 +134,12 @@ TEST_F(GridScrollTest, TheBarStaysWhileItsThumbIsDragged) {
     EXPECT_EQ(grid.scrollBarAlphaTarget, 0);
 }
 
+TEST_F(GridScrollTest, AThumbWhoseReleaseWentElsewhereIsLetGoAtTheNextMove) {
+    grid.scrollBarDragging = true;
+    hover(200, 100);
+    EXPECT_FALSE(grid.scrollBarDragging);
+}
+
 TEST_F(GridScrollTest, TheBarStaysForASecondAfterTheLastActivity) {
     hover(right() - 5, 100);
     frames(30);

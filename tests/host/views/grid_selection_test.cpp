@@ -87,6 +87,14 @@ TEST_F(GridSelectionTest, TheLassoSelectsWhatItTouches) {
     EXPECT_FALSE(grid.lasso.active);
 }
 
+TEST_F(GridSelectionTest, ALassoWhoseReleaseWentElsewhereKeepsWhatItSelected) {
+    press(kEmptyX, kEmptyY);
+    drag(cell(L"f").x + 1, cell(L"f").y + 50);
+    hover(kEmptyX, kEmptyY);
+    EXPECT_FALSE(grid.lasso.active);
+    EXPECT_EQ(selectedNames(), (Words{L"e", L"f"}));
+}
+
 TEST_F(GridSelectionTest, TheLassoTakesHoldOfNoCellThatItSelects) {
     press(kEmptyX, kEmptyY);
     const auto [x, y] = iconOf(L"f");

@@ -301,6 +301,18 @@ TEST_F(MainViewTest, WhileTheBarIsPulledThePanesFollow) {
     EXPECT_FALSE(view().splitterBar().isDragging());
 }
 
+TEST_F(MainViewTest, ABarWhoseReleaseWentElsewhereIsLeftWhereItIs) {
+    stage.start();
+    stage.press(view().splitterBar().barRect().x + 2, 300);
+    stage.moveTo(900, 300);
+    stage.window.surface.input.cursorX = 500;
+    view().onMouseMove(false);
+    EXPECT_FALSE(view().splitterBar().isDragging());
+    expectSnapped();
+    EXPECT_EQ(softwareColumns(), 3);  // 380 pixels at the last move with the button down
+    EXPECT_FLOAT_EQ(stage.settings.splitterRatioFor(0), view().splitterBar().ratio());
+}
+
 TEST_F(MainViewTest, PulledToTheEdgeTheSoftwarePaneFoldsAwayAndComesBack) {
     stage.start();
     dragBarTo(1000);
