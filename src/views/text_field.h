@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "views/view_rect.h"
@@ -57,6 +58,10 @@ public:
 
     // What a press outside does to the field.
     void loseFocus();
+
+    // Units that typing and pasting may fill; what goes beyond is left out. A text is laid out whole at each
+    // change.
+    static constexpr std::size_t kLongestText = 32'767;
 
     // Replaces the text, without its line breaks and without onChange; the caret stands behind it.
     void setText(std::wstring newText);
@@ -112,7 +117,7 @@ private:
     void controlKey(int virtualKey);
     void run(EditCommand command);
 
-    void insert(const std::wstring& inserted);
+    void insert(std::wstring_view inserted);
     void erase(std::size_t begin, std::size_t end);
     void eraseSelectionOr(std::size_t begin, std::size_t end);
     void textChanged();

@@ -150,9 +150,14 @@ void TextField::onChar(wchar_t unit) {
     }
 }
 
-void TextField::insert(const std::wstring& inserted) {
+void TextField::insert(std::wstring_view inserted) {
     Selected replaced{caretPlace(), caretPlace()};
     if (hasSelection()) replaced = selected();
+    const std::size_t kept = content.size() - (replaced.end - replaced.begin);
+    std::size_t room = kLongestText - std::min(kept, kLongestText);
+    if (room < inserted.size() && insidePair(inserted, room)) --room;
+    inserted = inserted.substr(0, room);
+    if (inserted.empty()) return;
     content.replace(replaced.begin, replaced.end - replaced.begin, inserted);
     caretIndex = static_cast<std::int32_t>(replaced.begin + inserted.size());
     textChanged();

@@ -268,6 +268,28 @@ TEST_F(TextFieldEditTest, PastingKeepsAllButLineBreaks) {
     EXPECT_EQ(field.text(), L"a\tb  c ");
 }
 
+TEST_F(TextFieldEditTest, WhatGoesBeyondTheLongestTextIsLeftOut) {
+    constexpr std::size_t kMost = TextField::kLongestText;
+    clipboard.content = std::wstring(kMost + 5, L'x');
+    given(L"a[bc]d");
+    withCtrl('V');
+    EXPECT_EQ(field.text(), L"a" + std::wstring(kMost - 2, L'x') + L"d");
+    EXPECT_EQ(field.caret(), static_cast<std::int32_t>(kMost - 1));
+    changes.clear();
+    withCtrl('V');
+    field.onChar(L'y');
+    EXPECT_EQ(field.text().size(), kMost);
+    EXPECT_EQ(changes, Texts{});
+}
+
+TEST_F(TextFieldEditTest, TheLongestTextEndsWithAWholeCharacter) {
+    clipboard.content = std::wstring(TextField::kLongestText - 2, L'x') + L"\xD83D\xDE00";
+    given(L"a|");
+    withCtrl('V');
+    EXPECT_EQ(field.text().size(), TextField::kLongestText - 1);
+    EXPECT_EQ(field.text().back(), L'x');
+}
+
 TEST_F(TextFieldEditTest, NothingHappensWhenNothingIsLeftToPaste) {
     for (const std::optional<std::wstring>& content :
          {std::optional<std::wstring>(), std::optional<std::wstring>(L""),
