@@ -147,6 +147,27 @@ TEST_F(GridSelectionTest, TheLassoWithCtrlTurnsOverWhatWasSelectedAtItsStart) {
     release();
 }
 
+TEST_F(GridSelectionTest, ALassoWithCtrlTurnsTheFirstCellOverToo) {
+    clickOn(L"a");
+    input.ctrlDown = true;
+    press(kEmptyX, kEmptyY);
+    drag(cell(L"a").x + 50, cell(L"a").y + 50);
+    EXPECT_EQ(selectedNames(), (Words{L"e"}));
+}
+
+TEST_F(GridSelectionTest, RowsThatAreNoLongerSelectedAreForgotten) {
+    std::vector<IconCell> cells(2);
+    GridSelection selection;
+    cells[0].selected = cells[1].selected = true;
+    selection.store(7, cells);
+    cells[1].selected = false;
+    selection.store(7, cells);
+    cells[1].selected = true;
+    selection.restore(7, cells);
+    EXPECT_TRUE(cells[0].selected);
+    EXPECT_FALSE(cells[1].selected);
+}
+
 TEST_F(GridSelectionTest, LettingCtrlGoDuringTheLassoSelectsPlainly) {
     clickOn(L"e");
     input.ctrlDown = true;
