@@ -2,14 +2,19 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 
 #include "platform/handles_win.h"
+#include "support/import_patch_win.h"
 #include "support/shell_files_win.h"
 #include "support/temp_folder.h"
+
+extern "C" void* __imp_ShellExecuteExW;
 
 namespace varnelo {
 namespace {
@@ -72,6 +77,55 @@ TEST(ElevatedRunTest, AWaitThatIsTooLongOrNotWantedEndsAndLeavesTheRunAlone) {
     EXPECT_EQ(probe({L"raise", L"100", L"wait", kEventName}), 0u);
     EXPECT_EQ(probe({L"abandon", L"600000", L"wait", kEventName}), 0u);
     SetEvent(event.get());
+}
+
+// Stands in for the system's prompt.
+struct Prompt {
+    bool refused = false;
+    HANDLE process = nullptr;  // of the run that was allowed
+
+    std::wstring verb, program, arguments;
+    DWORD structureBytes = 0;
+    ULONG mask = 0;
+    int show = -1;
+};
+Prompt prompt;
+
+BOOL WINAPI answerPrompt(SHELLEXECUTEINFOW* info) {
+    prompt.structureBytes = info->cbSize;
+    prompt.verb = info->lpVerb;
+    prompt.program = info->lpFile;
+    prompt.arguments = info->lpParameters;
+    prompt.mask = info->fMask;
+    prompt.show = info->nShow;
+    info->hProcess = prompt.process;
+    if (prompt.refused) SetLastError(ERROR_CANCELLED);
+    return !prompt.refused;
+}
+
+TEST(ElevatedRunTest, TheUserIsAskedForThisProgramAndItsProcessIsKeptToWaitFor) {
+    const test::ImportPatch patch(__imp_ShellExecuteExW, answerPrompt);
+    // Whatever can be waited for stands in for a process: this one has ended.
+    prompt = {};
+    prompt.process = CreateEventW(nullptr, TRUE, TRUE, nullptr);
+    EXPECT_TRUE(WindowsElevatedRun().runElevated(L"--ntfs-scan", 600'000, {}));
+    EXPECT_EQ(prompt.structureBytes, sizeof(SHELLEXECUTEINFOW));
+    EXPECT_EQ(prompt.verb, L"runas");
+    wchar_t own[1024] = {};
+    GetModuleFileNameW(nullptr, own, 1024);
+    EXPECT_EQ(prompt.program, own);
+    EXPECT_EQ(prompt.arguments, L"--ntfs-scan");
+    EXPECT_EQ(prompt.mask, 0x140u) << "keep the process, and return when it was started";
+    EXPECT_EQ(prompt.show, 0);
+    DWORD flags = 0;
+    EXPECT_FALSE(GetHandleInformation(prompt.process, &flags)) << "the handle is closed";
+}
+
+TEST(ElevatedRunTest, ARefusalOfThePromptIsARunThatCouldNotBeStarted) {
+    const test::ImportPatch patch(__imp_ShellExecuteExW, answerPrompt);
+    prompt = {};
+    prompt.refused = true;
+    EXPECT_FALSE(WindowsElevatedRun().runElevated(L"--ntfs-scan", 600'000, {}));
 }
 
 }  // namespace
