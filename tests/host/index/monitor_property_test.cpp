@@ -62,7 +62,13 @@ public:
         }
     }
     std::size_t size() const { return files.size(); }
-    std::size_t reused() const { return reusedNumbers; }
+
+    // What was done to files that stayed for a while; a deed may come to nothing.
+    struct Done {
+        std::size_t created = 0, reused = 0, removed = 0, written = 0, renamed = 0, moved = 0;
+        std::size_t all() const { return created + removed + written + renamed + moved; }
+    };
+    const Done& done() const { return counted; }
 
 private:
     struct File {
@@ -134,7 +140,7 @@ private:
             number = *chosen;
             unused.erase(chosen);
             ++generations.try_emplace(number, 1).first->second;
-            ++reusedNumbers;
+            ++counted.reused;
         }
         highest = std::max(highest, number);
         File file;
@@ -145,6 +151,7 @@ private:
         file.modified = ++clock;
         adopt(file.parent, 1);
         files[number] = file;
+        ++counted.created;
         std::uint32_t reason = usn::kFileCreate;
         tell(number, file, reason);
         if (below(3) == 0) {
@@ -164,6 +171,7 @@ private:
         files.erase(number);
         tell(number, file, usn::kFileDelete | usn::kClose);
         unused.insert(number);
+        ++counted.removed;
     }
 
     void write() {
@@ -177,6 +185,7 @@ private:
         const std::uint32_t reason = kReasons[below(4)];
         tell(number, file, reason);
         tell(number, file, reason | usn::kClose);
+        ++counted.written;
     }
 
     // Under another name in its folder, or in another folder as well.
@@ -187,12 +196,14 @@ private:
         File& file = files[number];
         constexpr std::uint32_t kRenameOldName = 0x1000;
         tell(number, file, kRenameOldName);
-        if (move && !isBelow(target, number)) {
+        const bool moves = move && target != file.parent && !isBelow(target, number);
+        ++(moves ? counted.moved : counted.renamed);
+        if (moves) {
             adopt(file.parent, -1);
             file.parent = target;
             adopt(file.parent, 1);
         }
-        if (!move || below(2) == 0) file.name = newName();
+        if (!moves || below(2) == 0) file.name = newName();
         file.modified = ++clock;
         tell(number, file, usn::kRenameNewName);
         tell(number, file, usn::kRenameNewName | usn::kClose);
@@ -223,7 +234,7 @@ private:
     std::map<std::uint64_t, std::uint64_t> generations;
     std::uint64_t highest = kFirst;
     std::uint64_t clock = 1000;
-    std::size_t reusedNumbers = 0;
+    Done counted;
 };
 
 // A hit as everybody sees it, whatever its index.
@@ -264,14 +275,20 @@ TEST(MonitorPropertyTest, TheFollowedIndexAnswersLikeOneOfTheFinalState) {
     ASSERT_TRUE(world.follow());
 
     std::size_t told = 0;
-    for (int deed = 0; deed < 10'000;) {
-        for (std::uint64_t left = 1 + random() % 400; left != 0; --left, ++deed) living.deed();
+    const LivingVolume::Done before = living.done();
+    while (living.done().all() - before.all() < 10'000) {
+        for (std::uint64_t left = 1 + random() % 400; left != 0; --left) living.deed();
         told += world.round().size();
         world.c().journal.clear();
     }
-    EXPECT_GT(told, 7000u);
+    EXPECT_GE(told, 10'000u);
     EXPECT_GT(living.size(), 500u);
-    EXPECT_GT(living.reused(), 500u);
+    EXPECT_GT(living.done().created - before.created, 2000u);
+    EXPECT_GT(living.done().reused - before.reused, 1000u);
+    EXPECT_GT(living.done().removed - before.removed, 1000u);
+    EXPECT_GT(living.done().written - before.written, 2000u);
+    EXPECT_GT(living.done().renamed - before.renamed, 1000u);
+    EXPECT_GT(living.done().moved - before.moved, 1000u);
 
     living.fillTable();
     NTFSIndex rebuilt;
