@@ -1,0 +1,68 @@
+// What a load takes of memory, on a file that is large beside what lines of the log need.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "host/index/cache_fixture.h"
+#include "support/allocation_counter.h"
+
+namespace varnelo {
+namespace {
+
+class NtfsCacheMemoryTest : public ::testing::Test, protected IndexWorld {
+protected:
+    static constexpr std::uint64_t kFiles = 5000;
+    static constexpr std::uint64_t kLogLinesBytes = 8192;
+
+    NtfsCacheMemoryTest() {
+        onVolume(L'C');
+        for (std::uint64_t i = 0; i < kFiles; ++i)
+            file(L"file " + std::to_wstring(i * 7919 % 5003) + L".txt");
+        EXPECT_TRUE(cache.save(index));
+        sound = cache.bytes();
+        poolAt = 26 + 48 * kFiles;  // behind the header, one volume and the records
+        extensionsAt = poolAt + 8 + 2 * index.names().size();
+        firstListAt = extensionsAt + 8 + 8 + 2 * 4 + 8 + 2;  // its count of entries
+    }
+
+    // Of one load of the bytes, as a share of their number.
+    double share(const Bytes& bytes) {
+        NTFSIndex loaded;
+        std::size_t at = 0;
+        const NTFSIndex::ReadBytes read = [&](std::uint8_t* to, std::size_t count) {
+            const std::size_t got = std::min(count, bytes.size() - at);
+            std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(at), got, to);
+            at += got;
+            return got;
+        };
+        const std::uint64_t before = allocatedBytesOfThisThread();
+        loaded.readCache(static_cast<std::int64_t>(bytes.size()), read);
+        const std::uint64_t asked = allocatedBytesOfThisThread() - before;
+        return static_cast<double>(asked - std::min(asked, kLogLinesBytes)) /
+               static_cast<double>(bytes.size());
+    }
+    Bytes with(std::size_t at, std::uint64_t count) const {
+        Bytes bytes = sound;
+        for (std::size_t i = 0; i < 8; ++i) bytes[at + i] = static_cast<std::uint8_t>(count >> 8 * i);
+        return bytes;
+    }
+
+    CacheFixture cache;
+    Bytes sound;
+    std::size_t poolAt, extensionsAt, firstListAt;
+};
+
+TEST_F(NtfsCacheMemoryTest, ASoundFileTakesLittleMoreThanItsSize) { EXPECT_LT(share(sound), 1.3); }
+
+TEST_F(NtfsCacheMemoryTest, ACountThatLiesMakesNoLoadTakeTwiceTheFile) {
+    const std::uint64_t size = sound.size();
+    for (const std::size_t at : {std::size_t{8}, std::size_t{18}, poolAt, extensionsAt, firstListAt}) {
+        for (const std::uint64_t count : {size / 48, size / 4, size / 2, size, std::uint64_t{100'000}}) {
+            EXPECT_LT(share(with(at, count)), 2.0) << "at " << at << ": " << count;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace varnelo
