@@ -1,5 +1,5 @@
-// Any bytes as an ntfs.cache: the loader neither crashes nor hangs, and what it leaves can be searched,
-// changed and saved. What was taken for sound is written back in a form that loads as the same.
+// Any bytes as an ntfs.cache: the loader neither crashes nor hangs, and what it leaves can be searched
+// and changed.
 
 #include <algorithm>
 #include <cstdint>
