@@ -11,6 +11,7 @@ constexpr double kLongestWaitSeconds = 60;
 MainViewStage::MainViewStage(int width, int height) : window(width, height) {
     language.loadLanguage(GetModuleHandleW(nullptr), Language::English);
     settings.load();
+    elevation.agrees = false;
 }
 
 MainViewStage::~MainViewStage() { stop(); }

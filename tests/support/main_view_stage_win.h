@@ -12,24 +12,12 @@
 #include "model/shell_namespace_win.h"
 #include "platform/com_apartment.h"
 #include "support/memory_settings_store.h"
+#include "support/scripted_elevation.h"
 #include "support/scripted_volumes.h"
 #include "support/surface_window_win.h"
 #include "views/main_view_win.h"
 
 namespace varnelo {
-
-// A user without rights, unless a test gives them.
-class ScriptedElevation final : public ElevatedRun {
-public:
-    bool isUserAdmin() override { return admin; }
-    bool runElevated(const std::wstring& arguments, std::uint32_t, const std::function<bool()>&) override {
-        started.push_back(arguments);
-        return false;
-    }
-
-    bool admin = false;
-    std::vector<std::wstring> started;
-};
 
 // A whole view on a hidden surface, with the real shell and settings in memory. A hand moves the cursor.
 class MainViewStage : public DeviceTargets {
@@ -76,8 +64,8 @@ public:
     WindowsFileProbe probe;
     test::MemorySettingsStore store;
     Settings settings{&store};
-    test::ScriptedVolumes volumes;  // none, unless a test puts one in
-    ScriptedElevation elevation;
+    test::ScriptedVolumes volumes;      // none, unless a test puts one in
+    test::ScriptedElevation elevation;  // refuses, unless a test says otherwise
     LanguageTable language;
     std::unique_ptr<SharedViews> shared;
     std::unique_ptr<MainView> view;

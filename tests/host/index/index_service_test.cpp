@@ -8,6 +8,7 @@
 
 #include "host/index/cache_fixture.h"
 #include "support/gate.h"
+#include "support/scripted_elevation.h"
 #include "support/scripted_volumes.h"
 
 namespace varnelo {
@@ -16,26 +17,6 @@ namespace {
 using test::Gate;
 using test::MftRecordBytes;
 using Lines = std::vector<std::wstring>;
-
-// Says what a test wants and notes what it is asked.
-class ScriptedElevation final : public ElevatedRun {
-public:
-    bool admin = false;
-    bool agrees = true;
-    std::function<void()> helper;  // what the elevated run does
-    std::function<void(const std::function<bool()>&)> waiting;
-    Lines runs;
-
-    bool isUserAdmin() override { return admin; }
-    bool runElevated(const std::wstring& arguments, std::uint32_t timeoutMs,
-                     const std::function<bool()>& stopRequested) override {
-        runs.push_back(arguments + L" " + std::to_wstring(timeoutMs));
-        if (!agrees) return false;
-        if (helper) helper();
-        if (waiting) waiting(stopRequested);
-        return true;
-    }
-};
 
 class IndexServiceTest : public ::testing::Test, protected CacheFixture {
 protected:
@@ -93,7 +74,7 @@ protected:
     }
 
     test::ScriptedVolumes volumes;
-    ScriptedElevation elevation;
+    test::ScriptedElevation elevation;
     NTFSIndex index;
     std::vector<FileChange> changes;
     std::vector<std::string> calls;

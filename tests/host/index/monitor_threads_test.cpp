@@ -8,18 +8,11 @@
 
 #include "host/index/monitor_world.h"
 #include "index/index_service.h"
+#include "support/scripted_elevation.h"
 #include "support/temp_folder.h"
 
 namespace varnelo {
 namespace {
-
-class NoElevation final : public ElevatedRun {
-public:
-    bool isUserAdmin() override { return false; }
-    bool runElevated(const std::wstring&, std::uint32_t, const std::function<bool()>&) override {
-        return false;
-    }
-};
 
 // Lets threads work once more each time that something happened, so that nobody holds a lock all the time.
 class Beat {
@@ -124,7 +117,7 @@ TEST(MonitorThreadsTest, RebuildsSearchesAndAStopGetAlong) {
         return test::MftRecordBytes().ended();
     };
     Beat rebuilt;
-    NoElevation elevation;
+    test::ScriptedElevation elevation;
     IndexService service(world.index, world.volumes, elevation, {{}, {}, [&] { rebuilt.happen(); }},
                          folder.path());
     std::thread first([&] { service.start(); });

@@ -455,7 +455,7 @@ TEST_F(MainViewTest, TheVolumesAreScannedOnceAndThenComeFromTheCache) {
     stage.volumes[L'C'].opens = false;
     stage.start();
     EXPECT_TRUE(becomesTrue([&] { return indexed(L"quarterly.txt"); }));
-    EXPECT_TRUE(stage.elevation.started.empty());
+    EXPECT_TRUE(stage.elevation.runs.empty());
 }
 
 TEST_F(MainViewTest, ARebuildScansTheVolumesAnew) {
@@ -472,7 +472,7 @@ TEST_F(MainViewTest, WithoutRightsTheHelperIsAskedForOnATaskAndTheViewGoesOn) {
     givenVolume(L"quarterly.txt").opens = false;
     stage.elevation.admin = true;
     stage.start();
-    EXPECT_EQ(stage.elevation.started, (std::vector<std::wstring>{L"--ntfs-scan"}));
+    EXPECT_EQ(stage.elevation.runs, (std::vector<std::wstring>{L"--ntfs-scan 120000"}));
 }
 
 TEST_F(MainViewTest, TheEndDoesNotWaitForAScan) {
