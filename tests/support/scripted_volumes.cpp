@@ -92,15 +92,16 @@ public:
         volume.recordsAsked.push_back(frn);
         volume.recordRoom = answer.size();
         const std::uint64_t number = frn & kFrnMask;
+        const std::uint64_t sequence = volume.sequence << 48;
         if (volume.recordOf) {
             lock.unlock();
             const Bytes record = volume.recordOf(number);
-            return record.empty() ? std::nullopt : give(fileRecordOutput(number, record), answer);
+            return record.empty() ? std::nullopt : give(fileRecordOutput(sequence | number, record), answer);
         }
         auto above = volume.fileRecords.upper_bound(number);
         if (above == volume.fileRecords.begin()) return std::nullopt;
         --above;
-        return give(fileRecordOutput(above->first, above->second), answer);
+        return give(fileRecordOutput(sequence | above->first, above->second), answer);
     }
     Answer readJournal(std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) override {
         std::unique_lock lock(mutex);

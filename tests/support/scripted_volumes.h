@@ -25,6 +25,7 @@ struct ScriptedVolume {
     std::size_t filesPerAnswer = 1000;
     std::map<std::uint64_t, Bytes> fileRecords;  // by number; further ones may be asked by `recordOf`
     std::function<Bytes(std::uint64_t number)> recordOf;
+    std::uint64_t sequence = 0;  // in the number that a file record comes with
 
     std::uint64_t journalId = 700;
     std::uint64_t firstUsn = 0;

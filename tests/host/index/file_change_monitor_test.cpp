@@ -159,6 +159,32 @@ TEST_F(FileChangeMonitorTest, EightBytesAreTheEndAndDoNotMoveThePosition) {
     EXPECT_EQ(position(), before);
 }
 
+TEST_F(FileChangeMonitorTest, ANinthByteIsMoreThanTheEndAndMovesThePosition) {
+    ASSERT_TRUE(follow());
+    std::vector<std::size_t> answers = {9, 8};
+    c().readJournal = [&](auto, ScriptedVolume::Room room) -> Volume::Answer {
+        const Bytes answer = test::usnAnswer(999999, {});
+        std::copy(answer.begin(), answer.end(), room.begin());
+        const std::size_t count = answers.front();
+        answers.erase(answers.begin());
+        return count;
+    };
+    EXPECT_TRUE(round().empty());
+    EXPECT_TRUE(answers.empty());
+    EXPECT_EQ(position(), 999999u);
+}
+
+TEST_F(FileChangeMonitorTest, AReadHasRoomFor64KiB) {
+    ASSERT_TRUE(follow());
+    std::size_t bytes = 0;
+    c().readJournal = [&bytes](auto, ScriptedVolume::Room room) -> Volume::Answer {
+        bytes = room.size();
+        return std::nullopt;
+    };
+    round();
+    EXPECT_EQ(bytes, 0x10000u);
+}
+
 TEST_F(FileChangeMonitorTest, AJournalThatDoesNotMoveEndsTheRound) {
     ASSERT_TRUE(follow());
     const std::uint64_t here = position();

@@ -285,6 +285,14 @@ TEST_F(FileChangeTest, TheRecordOfAnotherNumberIsNoneOfThisFile) {
     EXPECT_EQ(record(2).attributes, 0x23u);
 }
 
+TEST_F(FileChangeTest, TheNumberOfARecordMayCarryASequenceNumber) {
+    c().fileRecords[50] = MftRecordBytes().residentData(7).ended();
+    c().sequence = 9;
+    closes(50, L"new", usn::kFileCreate, 30, 0x23);
+    round();
+    EXPECT_EQ(record(2).size, 7u);
+}
+
 TEST_F(FileChangeTest, ARecordWithoutTheSignatureIsNotTaken) {
     test::Bytes bytes = MftRecordBytes().standardInformation(1, 2, 0x24).residentData(7).ended();
     bytes[0] = 'B';

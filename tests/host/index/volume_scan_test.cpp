@@ -143,6 +143,13 @@ TEST_F(VolumeScanTest, TheRecordOfAnotherNumberIsNotTaken) {
     EXPECT_EQ(recordNamed(L"gone").attributes, kArchive) << "of the first pass";
 }
 
+TEST_F(VolumeScanTest, ARecordsNumberMayCarryASequenceNumber) {
+    given(30, L"there", MftRecordBytes().residentData(4));
+    c().sequence = 9;
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(recordNamed(L"there").size, 4u);
+}
+
 TEST_F(VolumeScanTest, ANumberThatTwoVolumesHaveIsFilledFromItsOwn) {
     given(30, L"on C", MftRecordBytes().residentData(3));
     volumes[L'D'].add({30, 5, L"on D"}, MftRecordBytes().residentData(4));
