@@ -147,7 +147,7 @@ Bytes journalDataBytes(std::uint64_t id, std::uint64_t firstUsn, std::uint64_t n
     put(data, 0, id);
     put(data, 8, firstUsn);
     put(data, 16, nextUsn);
-    put(data, 24, firstUsn);
+    put(data, 24, firstUsn / 2);  // the lowest valid one, which nobody wants
     return data;
 }
 

@@ -78,6 +78,10 @@ TEST(UsnRecordTest, ALengthThatCannotBeRightEndsTheWalk) {
     }
 }
 
+TEST(UsnRecordTest, ALengthBelowThatOfEveryRecordEndsTheWalkThoughOneFollows) {
+    EXPECT_EQ(namesIn(usnAnswer(1, {named(L"a"), Bytes{4, 0, 0, 0}, named(L"b")})), Names{L"a"});
+}
+
 TEST(UsnRecordTest, AnotherVersionIsNotTrustedEither) {
     Bytes wrong = usnRecordOfVersion(3, 96);
     test::put(wrong, 0, 97u);
