@@ -2,6 +2,7 @@
 
 #include <emmintrin.h>
 
+#include <algorithm>
 #include <bit>
 
 #include "index/grams.h"
@@ -10,40 +11,73 @@ namespace varnelo {
 
 namespace {
 
-__m128i eightUnits(const std::uint16_t* from) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-}
+// A name is looked through in windows, at all their places at once, for the beginning of the text.
+constexpr std::size_t kWindow = 32;
+constexpr std::size_t kLongestText = 16;
 
-__m128i eightTimes(std::uint16_t unit) { return _mm_set1_epi16(static_cast<short>(unit)); }
+__m128i load(const void* from) { return _mm_loadu_si128(static_cast<const __m128i*>(from)); }
 
-__m128i lowerUnits(__m128i units) {
-    const __m128i place = _mm_sub_epi16(units, eightTimes('A'));
-    const __m128i capital =
-        _mm_cmpeq_epi16(_mm_subs_epu16(place, eightTimes('Z' - 'A')), _mm_setzero_si128());
-    return _mm_add_epi16(units, _mm_and_si128(capital, eightTimes('a' - 'A')));
-}
+// A byte for each of 16 units. Those of ASCII keep their value. Behind them units become DEL, and negative
+// ones stay negative, so that no unit but the NUL becomes 0.
+__m128i narrowed(const std::uint16_t* units) { return _mm_packs_epi16(load(units), load(units + 8)); }
 
-// Two bits a unit.
-unsigned bitsOf(__m128i mask) { return static_cast<unsigned>(_mm_movemask_epi8(mask)); }
+struct Window {
+    __m128i low, high;
+
+    std::uint32_t placesOf(__m128i unit, __m128i caseBit) const {
+        const auto places = [&](__m128i units) {
+            const __m128i same = _mm_cmpeq_epi8(_mm_or_si128(units, caseBit), unit);
+            return static_cast<std::uint32_t>(_mm_movemask_epi8(same));
+        };
+        return places(low) | places(high) << 16;
+    }
+};
+
+bool isNarrow(std::uint16_t unit) { return unit != 0 && unit < 0x7F; }
 
 }  // namespace
 
-bool NameNeedle::isIn(NameUnits name) const {
-    const __m128i first = eightTimes(text[0]);
-    const __m128i second = eightTimes(text[1]);
-    for (std::size_t at = 0; at + text.size() <= name.size(); at += 8) {
-        const __m128i units = lowerUnits(eightUnits(name.data() + at));
-        const __m128i next = lowerUnits(eightUnits(name.data() + at + 1));
-        unsigned hits = bitsOf(_mm_and_si128(_mm_cmpeq_epi16(units, first), _mm_cmpeq_epi16(next, second)));
-        for (; hits != 0; hits &= hits - 1, hits &= hits - 1) {
-            const std::size_t begin = at + static_cast<std::size_t>(std::countr_zero(hits)) / 2;
-            if (begin + text.size() > name.size()) return false;
-            std::size_t same = 2;
-            while (same < text.size() && lowerNameUnit(name[begin + same]) == text[same]) ++same;
-            if (same == text.size()) return true;
-        }
+NameNeedle::NameNeedle(std::span<const std::uint16_t> loweredText, const NamePool& pool)
+    : names(pool), text(loweredText.begin(), loweredText.end()) {
+    inWindows = text.size() <= kLongestText && std::all_of(text.begin(), text.end(), isNarrow);
+    for (std::size_t i = 0; inWindows && i < kBeginning; ++i) {
+        const bool letter = i < text.size() && text[i] >= 'a' && text[i] <= 'z';
+        // Behind a shorter text any unit will do.
+        beginning[i].unit.fill(i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0xFF);
+        beginning[i].caseBit.fill(i >= text.size() ? 0xFF : letter ? 'a' - 'A' : 0);
     }
-    return false;
+}
+
+bool NameNeedle::isInNameAt(std::uint32_t offset) const {
+    if (!names.holds(offset)) return false;
+    const std::uint16_t* units = names.data() + offset;
+    // What is read for a window lies within the pool, and within the longest name.
+    const std::size_t end = std::min(names.size() - offset, NamePool::kLongestName);
+    for (std::size_t at = 0; inWindows && at + kWindow + kLongestText <= end;
+         at += kWindow + 1 - kBeginning) {
+        const Window window{narrowed(units + at), narrowed(units + at + 16)};
+        const auto placesOf = [&](std::size_t i) {
+            return window.placesOf(load(beginning[i].unit.data()), load(beginning[i].caseBit.data())) >> i;
+        };
+        const std::uint32_t ends = window.placesOf(_mm_setzero_si128(), _mm_setzero_si128());
+        std::uint32_t places = (ends - 1) & ~ends & placesOf(0) & placesOf(1) & placesOf(2) & placesOf(3);
+        for (; places != 0; places &= places - 1) {
+            if (restStandsAt(units + at + std::countr_zero(places))) return true;
+        }
+        if (ends != 0) return false;
+    }
+    return isIn(names.at(offset));
+}
+
+bool NameNeedle::restStandsAt(const std::uint16_t* units) const {
+    std::size_t same = std::min(kBeginning, text.size());
+    while (same < text.size() && lowerNameUnit(units[same]) == text[same]) ++same;
+    return same == text.size();
+}
+
+bool NameNeedle::isIn(NameUnits name) const {
+    const auto equal = [](std::uint16_t unit, std::uint16_t wanted) { return lowerNameUnit(unit) == wanted; };
+    return std::search(name.begin(), name.end(), text.begin(), text.end(), equal) != name.end();
 }
 
 }  // namespace varnelo

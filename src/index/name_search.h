@@ -46,23 +46,39 @@ private:
         std::size_t size;  // 0: there is no such list
     };
 
-    void collectLive(Ids& found) const;
+    // The marked records, which are live, in their order.
+    void collect(const Marks& marks, Ids& found) const;
+    // The live records for whose value in the column there is a 1 in `wanted`.
+    void collectByValue(const FlatArray<std::uint16_t>& column, const std::vector<std::uint8_t>& wanted,
+                        Ids& found) const;
+    // Calls use(ids) for the marked entries of the list, a stretch at a time, in order.
+    template <class Use>
+    void forMarked(const PostingMap& map, std::uint32_t list, const Marks& marks, Use use) const;
+    bool named(std::uint32_t index) const {
+        return allNamed || from.names.holds(from.columns.nameOffsets()[index]);
+    }
+
     void findText(const Units& text, Ids& found);
     void collectList(const PostingMap& map, std::uint32_t list, Ids& found) const;
-    // The entries of the list, in order, whose names hold the text. Answers whether all of them do.
-    bool filterList(std::uint32_t list, const NameNeedle& needle, Ids& found) const;
+    // The entries of the list of threes, in order, that are marked and whose names hold the text.
+    void filterList(std::uint32_t list, const Marks& marks, const NameNeedle& needle, Ids& found) const;
     void findByAllTrigrams(const Units& text, std::uint32_t first, Ids& found) const;
     void findExtensions(const std::vector<std::wstring>& wanted, Ids& found) const;
-    void findPatterns(const std::vector<std::wstring>& patterns, Ids& found) const;
+
+    void findPatterns(const std::vector<Glob>& globs, Ids& found) const;
+    void findByLengths(const std::vector<Glob>& globs, Ids& found) const;
+    void findBySweep(const std::vector<Glob>& globs, Ids& found) const;
+    // False: too many records may match to look at them one by one.
+    bool markCandidates(const std::vector<Glob>& globs, Marks& candidates) const;
+
     // The lists that a name must be in to match, the shortest first. One without entries is told as such: no
     // name matches then.
     std::vector<GramList> gramsOf(GlobUnits pattern) const;
-    // Marks the records that stand in all of the lists, and perhaps some more.
+    // Marks the live records that stand in all of the lists, and perhaps some more.
     Marks recordsInAll(const std::vector<GramList>& lists) const;
     void mark(const GramList& list, Marks& marks) const;
-    // False: any record may match.
-    bool markCandidates(const std::vector<Glob>& globs, Marks& candidates) const;
-    bool usable(std::uint32_t index) const;
+    // Takes away the marks that are not in the list; answers how many of its entries are marked.
+    std::size_t keepMarked(const GramList& list, Marks& marks) const;
 
     Source from;
     bool allNamed;  // no record's name is out of range

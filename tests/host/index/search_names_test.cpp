@@ -7,6 +7,7 @@
 #include "host/index/cache_fixture.h"
 #include "host/index/index_world.h"
 #include "host/index/plain_search.h"
+#include "index/search_query.h"
 #include "platform/utf.h"
 
 namespace varnelo {
@@ -161,6 +162,18 @@ TEST_F(SearchNamesTest, ANameThatIsOutOfRangeIsFoundByNoText) {
     }
 }
 
+TEST_F(SearchNamesTest, APatternFindsANameThatBeginsInsideAnother) {
+    files({L"abc.txt", L"abd.txt"});
+    CacheFixture cache;
+    ASSERT_TRUE(cache.save(index));
+    Bytes bytes = cache.bytes();
+    bytes[24 + 36] = 1;  // the first record's nameOffset
+    ASSERT_TRUE(cache.load(index, bytes));
+    EXPECT_EQ(index.nameOf(0), L"bc.txt");
+    EXPECT_EQ(index.searchNames(L"bc*"), Ids{0});
+    EXPECT_EQ(index.searchNames(L"a*"), Ids{1});
+}
+
 TEST_F(SearchNamesTest, WhatAFailedLoadLeftIsFoundByPatterns) {
     files({L"abc.txt", L"abd.txt"});
     CacheFixture cache;
@@ -182,8 +195,12 @@ TEST_F(SearchNamesTest, StarsInALongNameTakeNoTimeToSpeakOf) {
     EXPECT_EQ(index.searchNames(query + L"?"), Ids{0});
 }
 
-// Names out of few letters and few words, so that queries have many answers.
+// Names out of few letters and few words, so that queries have many answers. Among the units are some that
+// share a byte with a letter, or that other rules would fold, and halves of surrogates.
 std::wstring anyName(std::mt19937& random) {
+    static const std::wstring kOdd = L"\u0161\u8061\uFF41\u212A\u00C4\u00E4\u007F\u0100" +
+                                     std::wstring(1, static_cast<wchar_t>(0xD861)) +
+                                     std::wstring(1, static_cast<wchar_t>(0xDC2E));
     static const wchar_t* const kWords[] = {L"plan",   L"Report", L"lib",  L"an",
                                             L"banana", L"x",      L"2021", L"\u30E1\u30E2"};
     static const wchar_t* const kEnds[] = {L".txt", L".TXT", L".tar.gz", L"", L".", L".c"};
@@ -195,7 +212,9 @@ std::wstring anyName(std::mt19937& random) {
             name += kWords[random() % std::size(kWords)];
         }
         if (random() % 3 == 0) name += L"-";
+        if (random() % 8 == 0) name += kOdd[random() % kOdd.size()];
     }
+    if (random() % 24 == 0) name += std::wstring(20 + random() % 80, L"anx"[random() % 3]);
     return name + kEnds[random() % std::size(kEnds)];
 }
 
@@ -253,9 +272,57 @@ TEST_F(SearchNamesTest, AnswersStayThoseOfAPlainLoopThroughChangesAndLoads) {
         if (step % 20 != 0) continue;
         const std::wstring query = anyQuery(random);
         Ids found = index.searchNames(query);
-        std::sort(found.begin(), found.end());
+        // A list keeps the order in which names came; all else is in that of the records.
+        if (!hasPatterns(query)) std::sort(found.begin(), found.end());
         ASSERT_EQ(found, plain::search(index, query)) << utf8FromWide(query);
     }
+}
+
+TEST_F(SearchNamesTest, AFrequentUnitIsSweptForAndARareOneLookedUp) {
+    for (int i = 0; i < 4000; ++i) file(i % 400 == 7 ? L"frequent-Q" : L"frequent-" + std::to_wstring(i));
+    Ids rare;
+    for (std::uint32_t i = 7; i < 4000; i += 400) rare.push_back(i);
+    EXPECT_EQ(index.searchNames(L"*e*q*").size(), 4000u);
+    EXPECT_EQ(index.searchNames(L"f*-q"), rare);
+    EXPECT_EQ(index.searchNames(L"*q"), rare);
+    EXPECT_EQ(index.searchNames(L"*-q;f?e*-q"), rare);
+    EXPECT_EQ(index.searchNames(L"*-q;*9").size(), plain::search(index, L"*-q;*9").size());
+    index.renameRecord(7, {7, 5, 0, 0, 0, 0}, L"none");
+    index.removeRecord(407);
+    EXPECT_EQ(index.searchNames(L"*q"), Ids(rare.begin() + 2, rare.end()));
+    EXPECT_EQ(index.searchNames(L"*e"), Ids{7});
+}
+
+// Bytes behind the header of a cache file are changed at random. What a search then finds, it finds in names.
+TEST_F(SearchNamesTest, DamagedNamesAndListsGiveNoFalseHits) {
+    std::mt19937 random(6);
+    CacheFixture cache;
+    int loads = 0;
+    std::size_t hits = 0;
+    for (int round = 0; round < 60; ++round) {
+        index.clearIndex();
+        for (int i = 0; i < 200; ++i) file(anyName(random));
+        ASSERT_TRUE(cache.save(index));
+        Bytes bytes = cache.bytes();
+        for (std::uint32_t changes = 1 + random() % 30; changes != 0; --changes) {
+            bytes[100 + random() % (bytes.size() - 100)] = static_cast<std::uint8_t>(random() % 3 * 0x61);
+        }
+        loads += cache.load(index, bytes) ? 1 : 0;
+        for (int i = 0; i < 20; ++i) {
+            const std::wstring query = anyQuery(random);
+            const std::vector<std::wstring> patterns = plain::patternsOf(query);
+            const bool lists = !hasPatterns(query) && query.size() < 3;
+            if (lists || (hasPatterns(query) && extensionsOf(patterns))) continue;
+            for (const std::uint32_t id : index.searchNames(query)) {
+                ASSERT_LT(id, index.records().size());
+                ASSERT_FALSE(record(id).deleted());
+                ASSERT_GT(plain::hits(query, patterns, lowered(index.nameOf(id))), 0) << utf8FromWide(query);
+                ++hits;
+            }
+        }
+    }
+    EXPECT_GT(loads, 10);
+    EXPECT_GT(hits, 5000u);
 }
 
 TEST_F(SearchNamesTest, AWriterAndReadersShareTheIndexMutex) {

@@ -1,0 +1,82 @@
+#include <algorithm>
+#include <bit>
+
+#include "index/glob_sweep.h"
+#include "index/name_filter.h"
+#include "index/name_search.h"
+
+namespace varnelo {
+
+namespace {
+
+bool matchesOneOf(const std::vector<Glob>& globs, NameUnits name) {
+    return std::any_of(globs.begin(), globs.end(), [&](const Glob& glob) { return glob.matches(name); });
+}
+
+}  // namespace
+
+void NameSearch::findPatterns(const std::vector<Glob>& globs, Ids& found) const {
+    if (globs.empty()) return;
+    const auto lengthTells = [](const Glob& glob) { return glob.wildcardsOnly(); };
+    if (std::all_of(globs.begin(), globs.end(), lengthTells)) return findByLengths(globs, found);
+    Marks candidates;
+    if (!markCandidates(globs, candidates)) return findBySweep(globs, found);
+    Ids ids;
+    collect(candidates, ids);
+    NameFilter filter(from.columns, from.names, found,
+                      [&](std::uint32_t offset) { return matchesOneOf(globs, from.names.at(offset)); });
+    filter.push(ids);
+    filter.flush();
+}
+
+void NameSearch::findByLengths(const std::vector<Glob>& globs, Ids& found) const {
+    std::vector<std::uint8_t> fitting(0x10000, 0);
+    for (std::size_t length = 0; length < fitting.size(); ++length) {
+        const auto fits = [&](const Glob& glob) { return glob.fits(length); };
+        fitting[length] = std::any_of(globs.begin(), globs.end(), fits) ? 1 : 0;
+    }
+    collectByValue(from.columns.nameLengths(), fitting, found);
+    if (!allNamed) {
+        std::erase_if(found, [this](std::uint32_t index) { return !named(index); });
+    }
+}
+
+void NameSearch::findBySweep(const std::vector<Glob>& globs, Ids& found) const {
+    GlobSweep sweep(globs, from.names);
+    const FlatArray<std::uint64_t>& alive = from.columns.liveWords();
+    Marks matches;
+    matches.resizeUnwritten(alive.size());
+    for (std::size_t w = 0; w < alive.size(); ++w) {
+        const std::size_t begin = w * GlobSweep::kMostAtOnce;
+        const GlobSweep::Answers answers = sweep.answersFor(from.columns, begin);
+        matches[w] = answers.matching & alive[w];
+        for (std::uint64_t bits = answers.unknown & alive[w]; bits != 0; bits &= bits - 1) {
+            const std::uint64_t lowest = bits & ~(bits - 1);
+            const NameUnits name = from.names.at(from.columns.nameOffsets()[begin + std::countr_zero(bits)]);
+            if (matchesOneOf(globs, name)) matches[w] |= lowest;
+        }
+    }
+    collect(matches, found);
+}
+
+bool NameSearch::markCandidates(const std::vector<Glob>& globs, Marks& candidates) const {
+    // A sweep costs as much for each of all records as it costs to look at a name here and there for so many.
+    constexpr std::size_t kSweptForAName = 16;
+    if (!from.listsComplete) return false;
+    std::vector<std::vector<GramList>> listsOfAll;
+    std::size_t count = 0;
+    for (const Glob& glob : globs) {
+        listsOfAll.push_back(gramsOf(glob.units()));
+        if (listsOfAll.back().empty()) return false;
+        count += listsOfAll.back().front().size;
+    }
+    if (count > from.columns.size() / kSweptForAName) return false;
+    candidates.assign(from.columns.liveWords().size(), 0);
+    for (const std::vector<GramList>& lists : listsOfAll) {
+        const Marks marks = recordsInAll(lists);
+        for (std::size_t w = 0; w < marks.size(); ++w) candidates[w] |= marks[w];
+    }
+    return true;
+}
+
+}  // namespace varnelo
