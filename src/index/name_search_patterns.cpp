@@ -30,12 +30,14 @@ void NameSearch::findPatterns(const std::vector<Glob>& globs, Ids& found) const 
 }
 
 void NameSearch::findByLengths(const std::vector<Glob>& globs, Ids& found) const {
-    std::vector<std::uint8_t> fitting(0x10000, 0);
+    const FlatArray<std::uint16_t>& lengths = from.columns.nameLengths();
+    if (lengths.empty()) return;
+    std::vector<std::uint8_t> fitting(std::size_t{*std::max_element(lengths.begin(), lengths.end())} + 1, 0);
     for (std::size_t length = 0; length < fitting.size(); ++length) {
         const auto fits = [&](const Glob& glob) { return glob.fits(length); };
         fitting[length] = std::any_of(globs.begin(), globs.end(), fits) ? 1 : 0;
     }
-    collectByValue(from.columns.nameLengths(), fitting, found);
+    collectByValue(lengths, fitting, found);
     if (!allNamed) {
         std::erase_if(found, [this](std::uint32_t index) { return !named(index); });
     }
