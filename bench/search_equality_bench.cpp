@@ -7,6 +7,7 @@
 #include <random>
 
 #include "file_names.h"
+#include "host/index/plain_search.h"
 
 namespace varnelo {
 namespace {
@@ -15,89 +16,22 @@ using namespace bench;
 
 using Text = std::wstring;
 
-Text lower(Text text) {
-    for (wchar_t& unit : text) {
-        if (unit >= L'A' && unit <= L'Z') unit = static_cast<wchar_t>(unit + (L'a' - L'A'));
-    }
-    return text;
-}
-
-bool matches(const Text& pattern, const Text& name) {
-    std::size_t i = 0;
-    std::size_t j = 0;
-    std::size_t star = Text::npos;
-    std::size_t behind = 0;
-    while (j < name.size()) {
-        if (i < pattern.size() && pattern[i] == L'*') {
-            star = i++;
-            behind = j;
-        } else if (i < pattern.size() && (pattern[i] == L'?' || pattern[i] == name[j])) {
-            ++i;
-            ++j;
-        } else if (star != Text::npos) {
-            i = star + 1;
-            j = ++behind;
-        } else {
-            return false;
-        }
-    }
-    while (i < pattern.size() && pattern[i] == L'*') ++i;
-    return i == pattern.size();
-}
-
-// One way to ask, and how often a name that it finds stands in the answer.
-struct Question {
-    enum class Kind { kText, kExtensions, kPatterns };
-    Kind kind;
-    std::vector<Text> pieces;  // the text, the extensions with their dots, or the patterns
-
-    Text query() const {
-        Text joined;
-        for (const Text& piece : pieces) {
-            if (!joined.empty()) joined += L';';
-            joined += kind == Kind::kExtensions ? L"*" + piece : piece;
-        }
-        return joined;
-    }
-    int hits(const Text& name) const {
-        int count = 0;
-        if (kind == Kind::kText) {
-            const Text text = lower(pieces[0]);
-            if (name.find(text) == Text::npos) return 0;
-            const Text first = text.substr(0, 3);
-            for (std::size_t at = name.find(first); at != Text::npos; at = name.find(first, at + 1)) ++count;
-            return count;
-        }
-        const std::size_t dot = name.rfind(L'.');
-        for (const Text& piece : pieces) {
-            const Text wanted = lower(piece);
-            const bool found = kind == Kind::kPatterns ? matches(wanted, name)
-                                                       : dot != Text::npos && dot != 0 &&
-                                                             name.compare(dot, Text::npos, wanted) == 0;
-            if (found) return 1;
-        }
-        return 0;
-    }
-};
-
-// Questions that real names suggest, the same in every run.
-class Questions {
+// Queries that real names suggest, the same in every run.
+class Queries {
 public:
-    std::vector<Question> all() {
-        std::vector<Question> questions;
+    std::vector<Text> all() {
+        std::vector<Text> queries;
         for (std::size_t i = 0; i < 60; ++i) {
-            questions.push_back({Question::Kind::kText, {piece(1 + i % 3)}});
-            questions.push_back({Question::Kind::kText, {piece(4 + i % 9)}});
+            queries.push_back(piece(1 + i % 3));
+            queries.push_back(piece(4 + i % 9));
         }
         for (std::size_t i = 0; i < 40; ++i) {
-            std::vector<Text> extensions(1 + i % 3);
-            for (Text& one : extensions) one = extension();
-            questions.push_back({Question::Kind::kExtensions, extensions});
-            std::vector<Text> patterns(i % 4 == 3 ? 2 : 1);
-            for (Text& one : patterns) one = pattern();
-            questions.push_back({Question::Kind::kPatterns, patterns});
+            queries.push_back(L"*" + extension());
+            for (std::size_t more = i % 3; more != 0; --more) queries.back() += L";*" + extension();
+            queries.push_back(pattern());
+            if (i % 4 == 3) queries.back() += L";" + pattern();
         }
-        return questions;
+        return queries;
     }
 
 private:
@@ -144,20 +78,22 @@ private:
 
 std::size_t countDifferent() {
     std::vector<Text> names;
-    for (const Text& name : fileNames()) names.push_back(lower(name));
+    for (const Text& name : fileNames()) names.push_back(lowered(name));
     std::size_t different = 0;
-    for (const Question& question : Questions().all()) {
+    for (const Text& query : Queries().all()) {
+        const std::vector<Text> patterns = plain::patternsOf(query);
         std::vector<std::uint32_t> expected;
         for (std::uint32_t i = 0; i < names.size(); ++i) {
-            expected.insert(expected.end(), static_cast<std::size_t>(question.hits(names[i])), i);
+            expected.insert(expected.end(), static_cast<std::size_t>(plain::hits(query, patterns, names[i])),
+                            i);
         }
-        const std::vector<std::uint32_t> found = fullIndex().searchNames(question.query());
+        const std::vector<std::uint32_t> found = fullIndex().searchNames(query);
         if (std::getenv("VARNELO_BENCH_QUERIES") != nullptr) {
-            std::fprintf(stderr, "%-40s %9zu hits\n", utf8FromWide(question.query()).c_str(), found.size());
+            std::fprintf(stderr, "%-40s %9zu hits\n", utf8FromWide(query).c_str(), found.size());
         }
         if (found == expected) continue;
         ++different;
-        std::fprintf(stderr, "%s: %zu hits, a plain loop finds %zu\n", utf8FromWide(question.query()).c_str(),
+        std::fprintf(stderr, "%s: %zu hits, a plain loop finds %zu\n", utf8FromWide(query).c_str(),
                      found.size(), expected.size());
     }
     return different;

@@ -167,8 +167,9 @@ private:
         const std::uint64_t count = lists.u64();
         if (!lists.good() || count > fileSize)
             return refuse(name + L"size invalid (" + text(count) + L")", lists.good());
-        map.beginStored(index.storedLists.get(),
-                        std::min<std::uint64_t>(count, lists.left() / (keyBytes + 8)));
+        // So many lists at most: there are no more keys, and no more fit into the file.
+        const std::uint64_t keys = keyBytes == 2 ? 0x10000 : count;
+        map.beginStored(index.storedLists.get(), std::min({count, keys, lists.left() / (keyBytes + 8)}));
         for (std::uint64_t i = 0; i < count; ++i) {
             const std::size_t begin = lists.position();
             lists.skip(keyBytes);

@@ -1,11 +1,10 @@
 #include "index/name_needle.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <bit>
 
 #include "index/grams.h"
+#include "index/unit_vector.h"
 
 namespace varnelo {
 
@@ -14,12 +13,6 @@ namespace {
 // A name is looked through in windows, at all their places at once, for the beginning of the text.
 constexpr std::size_t kWindow = 32;
 constexpr std::size_t kLongestText = 16;
-
-__m128i load(const void* from) { return _mm_loadu_si128(static_cast<const __m128i*>(from)); }
-
-// A byte for each of 16 units. Those of ASCII keep their value. Behind them units become DEL, and negative
-// ones stay negative, so that no unit but the NUL becomes 0.
-__m128i narrowed(const std::uint16_t* units) { return _mm_packs_epi16(load(units), load(units + 8)); }
 
 struct Window {
     __m128i low, high;
@@ -32,8 +25,6 @@ struct Window {
         return places(low) | places(high) << 16;
     }
 };
-
-bool isNarrow(std::uint16_t unit) { return unit != 0 && unit < 0x7F; }
 
 }  // namespace
 
@@ -57,7 +48,9 @@ bool NameNeedle::isInNameAt(std::uint32_t offset) const {
          at += kWindow + 1 - kBeginning) {
         const Window window{narrowed(units + at), narrowed(units + at + 16)};
         const auto placesOf = [&](std::size_t i) {
-            return window.placesOf(load(beginning[i].unit.data()), load(beginning[i].caseBit.data())) >> i;
+            return window.placesOf(loadVector(beginning[i].unit.data()),
+                                   loadVector(beginning[i].caseBit.data())) >>
+                   i;
         };
         const std::uint32_t ends = window.placesOf(_mm_setzero_si128(), _mm_setzero_si128());
         std::uint32_t places = (ends - 1) & ~ends & placesOf(0) & placesOf(1) & placesOf(2) & placesOf(3);

@@ -1,19 +1,16 @@
 #include "index/unit_places.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
+
+#include "index/unit_vector.h"
 
 namespace varnelo {
 
 namespace {
 
 constexpr std::uint8_t kCaseBit = 'a' - 'A';
-constexpr std::uint16_t kDelete = 0x7F;
 // Asked for from memory beforehand.
 constexpr std::size_t kAheadUnits = 2048;
-
-__m128i load(const void* from) { return _mm_loadu_si128(static_cast<const __m128i*>(from)); }
 
 std::uint64_t bitsOf(__m128i mask) { return static_cast<std::uint64_t>(_mm_movemask_epi8(mask)); }
 
@@ -27,13 +24,9 @@ std::uint64_t placesOf(const Quad& units, __m128i wanted) {
            bitsOf(_mm_cmpeq_epi8(units.c, wanted)) << 32 | bitsOf(_mm_cmpeq_epi8(units.d, wanted)) << 48;
 }
 
-// A byte for each of 16 units. Those of ASCII keep their value. Behind them units become DEL, and negative
-// ones stay negative, so that no unit but the NUL becomes 0.
-__m128i narrowed(const std::uint16_t* units) { return _mm_packs_epi16(load(units), load(units + 8)); }
-
 std::uint64_t widePlaces(const std::uint16_t* units, __m128i wanted) {
-    return bitsOf(
-        _mm_packs_epi16(_mm_cmpeq_epi16(load(units), wanted), _mm_cmpeq_epi16(load(units + 8), wanted)));
+    return bitsOf(_mm_packs_epi16(_mm_cmpeq_epi16(loadVector(units), wanted),
+                                  _mm_cmpeq_epi16(loadVector(units + 8), wanted)));
 }
 
 std::uint64_t allWidePlaces(const std::uint16_t* units, __m128i wanted) {
@@ -52,7 +45,7 @@ UnitPlaces::UnitPlaces(std::span<const std::uint16_t> loweredUnits) {
         } else if (wanted.unit >= 'a' && wanted.unit <= 'z') {
             letters.push_back(wanted);
         } else {
-            (wanted.unit < kDelete ? otherAscii : wide).push_back(wanted);
+            (isNarrow(wanted.unit) ? otherAscii : wide).push_back(wanted);
         }
     }
 }
@@ -67,13 +60,13 @@ void UnitPlaces::find(const std::uint16_t* units, std::size_t words, std::uint64
         const Quad exact{narrowed(units), narrowed(units + 16), narrowed(units + 32), narrowed(units + 48)};
         ends[w] = placesOf(exact, _mm_setzero_si128());
         for (const Wanted& one : otherAscii) {
-            places[one.number * stride + w] = placesOf(exact, load(one.bytes.data()));
+            places[one.number * stride + w] = placesOf(exact, loadVector(one.bytes.data()));
         }
         // The bit makes a letter of a capital, and a letter of nothing else.
         const Quad folded{_mm_or_si128(exact.a, caseBit), _mm_or_si128(exact.b, caseBit),
                           _mm_or_si128(exact.c, caseBit), _mm_or_si128(exact.d, caseBit)};
         for (const Wanted& one : letters) {
-            places[one.number * stride + w] = placesOf(folded, load(one.bytes.data()));
+            places[one.number * stride + w] = placesOf(folded, loadVector(one.bytes.data()));
         }
         for (const Wanted& one : wide) {
             places[one.number * stride + w] =

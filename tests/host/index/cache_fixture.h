@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -53,6 +54,17 @@ public:
 
     test::TempFolder folder;
 };
+
+// Loads these bytes without a file.
+inline bool loadBytes(NTFSIndex& index, const Bytes& bytes) {
+    auto from = bytes.begin();
+    return index.readCache(static_cast<std::int64_t>(bytes.size()), [&](std::uint8_t* to, std::size_t count) {
+        const auto got = std::min<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(count), bytes.end() - from);
+        std::copy_n(from, got, to);
+        from += got;
+        return static_cast<std::size_t>(got);
+    });
+}
 
 // A file that is right up to some field, and then says what a test wants.
 struct CacheBytes : BinaryWriter {

@@ -26,15 +26,8 @@ protected:
     // Loads the bytes and, if asked, uses what comes of it in every way.
     bool tryBytes(const Bytes& bytes, bool andUse = true) {
         NTFSIndex loaded;
-        std::size_t at = 0;
-        const NTFSIndex::ReadBytes read = [&](std::uint8_t* to, std::size_t count) {
-            const std::size_t got = std::min(count, bytes.size() - at);
-            std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(at), got, to);
-            at += got;
-            return got;
-        };
         const std::uint64_t before = allocatedBytesOfThisThread();
-        const bool good = loaded.readCache(static_cast<std::int64_t>(bytes.size()), read);
+        const bool good = loadBytes(loaded, bytes);
         const std::uint64_t asked = allocatedBytesOfThisThread() - before;
         EXPECT_LE(asked, 2 * bytes.size() + kLogLinesBytes);
         if (andUse) use(loaded);

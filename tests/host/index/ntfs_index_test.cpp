@@ -332,5 +332,21 @@ TEST_F(NtfsIndexTest, ContentsThatChangePlacesAreWholeInTheirNewPlaces) {
     EXPECT_EQ(stops, 1) << "what ends the monitor stays";
 }
 
+TEST_F(NtfsIndexTest, WhetherListsCanBeReliedUponGoesWithThem) {
+    file(L"xabcd");
+    // The file is no longer in the lists of all its threes, so that of the first one counts.
+    index.removePostings(0, L"bcd");
+    ASSERT_EQ(index.searchNames(L"abcd"), Entries{0});
+
+    NTFSIndex other;
+    other.addRecord({30, kRootFrn, 0, 0, 0, 0}, L"of the other");
+    index.swapContent(other);
+    EXPECT_EQ(other.searchNames(L"abcd"), Entries{0});
+    EXPECT_EQ(index.searchNames(L"other"), Entries{0});
+    index.swapContent(other);
+    EXPECT_EQ(index.searchNames(L"abcd"), Entries{0});
+    EXPECT_EQ(other.searchNames(L"other"), Entries{0});
+}
+
 }  // namespace
 }  // namespace varnelo
