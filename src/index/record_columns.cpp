@@ -13,7 +13,7 @@ void RecordColumns::set(std::size_t index, const FileRecord& record, const NameP
     }
     offsets[index] = record.nameOffset;
     lengths[index] = static_cast<std::uint16_t>(names.at(record.nameOffset).size());
-    farthest = std::max(farthest, record.nameOffset);
+    farthest = std::max<std::uint32_t>(farthest, record.nameOffset);
     extensionIds[index] = record.extension;
     const std::uint64_t bit = std::uint64_t{1} << index % 64;
     alive[index / 64] = record.deleted() ? alive[index / 64] & ~bit : alive[index / 64] | bit;

@@ -31,10 +31,11 @@ int main(int argc, char** argv) {
             std::snprintf(digits, sizeof digits, "%04x", static_cast<unsigned>(unit) & 0xFFFF);
             path += digits;
         }
-        std::printf("%" PRIu64 "\t%" PRIu64 "\t%s\t%s\t%" PRIu64 "\t%" PRIu64 "\t%" PRIu32 "\t%s\n",
-                    record.frn, record.parentFrn, record.deleted() ? "pruned" : "live",
-                    (record.flags & FileRecord::kDirectory) != 0 ? "folder" : "file", record.size,
-                    record.modified, record.attributes, path.c_str());
+        std::printf(
+            "%" PRIu64 "\t%" PRIu64 "\t%s\t%s\t%" PRIu64 "\t%" PRIu64 "\t%" PRIu32 "\t%s\n",
+            std::uint64_t{record.frn}, std::uint64_t{record.parentFrn}, record.deleted() ? "pruned" : "live",
+            (record.flags & FileRecord::kDirectory) != 0 ? "folder" : "file", std::uint64_t{record.size},
+            std::uint64_t{record.modified}, std::uint32_t{record.attributes}, path.c_str());
         // Forgets the path, so that no other's begins with it: each is to be built from the records.
         index.updateRecord(i, record.parentFrn, record.size, record.modified, record.attributes);
     }

@@ -51,11 +51,11 @@ class ImageScan : public testing::TestWithParam<const char*> {
 protected:
     std::uint64_t size(const std::wstring& path) const {
         const FileRecord* record = scanned.at(path);
-        return record == nullptr ? ~std::uint64_t{0} : record->size;
+        return record == nullptr ? ~std::uint64_t{0} : std::uint64_t{record->size};
     }
     std::uint32_t attributes(const std::wstring& path) const {
         const FileRecord* record = scanned.at(path);
-        return record == nullptr ? ~std::uint32_t{0} : record->attributes;
+        return record == nullptr ? ~std::uint32_t{0} : std::uint32_t{record->attributes};
     }
     bool live(const std::wstring& path) const {
         const FileRecord* record = scanned.at(path);
