@@ -29,7 +29,7 @@ std::uint16_t ExtensionTable::idOf(std::wstring_view name) {
 }
 
 std::optional<std::uint16_t> ExtensionTable::find(std::wstring_view extension) const {
-    const auto place = placeOf(extension);
+    const auto place = placeOf(extension, hashOf(extension));
     if (!place) return std::nullopt;
     return static_cast<std::uint16_t>(*place);
 }
@@ -48,7 +48,7 @@ void ExtensionTable::clear() {
 void ExtensionTable::addStored(std::wstring_view text) {
     const auto place = static_cast<std::uint32_t>(ends.size());
     const std::uint64_t hash = hashOf(text);
-    const auto known = placeOf(text);
+    const auto known = placeOf(text, hash);
     units.makeRoom(text.size());
     for (const wchar_t unit : text) units.push_back(static_cast<std::uint16_t>(unit));
     ends.push_back(static_cast<std::uint32_t>(units.size()));
@@ -57,8 +57,8 @@ void ExtensionTable::addStored(std::wstring_view text) {
         [this](std::uint32_t other) { return hashAt(other); });
 }
 
-std::optional<std::uint32_t> ExtensionTable::placeOf(std::wstring_view text) const {
-    return places.find(hashOf(text), [&](std::uint32_t place) {
+std::optional<std::uint32_t> ExtensionTable::placeOf(std::wstring_view text, std::uint64_t hash) const {
+    return places.find(hash, [&](std::uint32_t place) {
         const std::uint32_t begin = place == 0 ? 0 : ends[place - 1];
         return std::equal(text.begin(), text.end(), units.data() + begin, units.data() + ends[place],
                           [](wchar_t a, std::uint16_t b) { return static_cast<std::uint16_t>(a) == b; });

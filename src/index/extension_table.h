@@ -29,7 +29,7 @@ public:
     void addStored(std::wstring_view text);
 
 private:
-    std::optional<std::uint32_t> placeOf(std::wstring_view text) const;
+    std::optional<std::uint32_t> placeOf(std::wstring_view text, std::uint64_t hash) const;
     std::uint64_t hashAt(std::uint32_t place) const;
 
     FlatArray<std::uint16_t> units;  // all texts, one behind the other
