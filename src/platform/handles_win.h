@@ -33,6 +33,7 @@ using EventHandle = UniqueHandle<KernelHandleTraits>;
 using ThreadHandle = UniqueHandle<KernelHandleTraits>;
 using ProcessHandle = UniqueHandle<KernelHandleTraits>;
 using MutexHandle = UniqueHandle<KernelHandleTraits>;
+using SectionHandle = UniqueHandle<KernelHandleTraits>;
 
 // CreateFileW answers INVALID_HANDLE_VALUE on failure.
 struct FileHandleTraits : KernelHandleTraits {
