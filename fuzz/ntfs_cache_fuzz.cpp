@@ -1,10 +1,11 @@
 // Any bytes as an ntfs.cache: the loader neither crashes nor hangs, and what it leaves can be searched
-// and changed.
+// and changed. The same bytes are shown where they lie.
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "index/ntfs_index.h"
 
@@ -68,9 +69,16 @@ void change(NTFSIndex& index) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     varnelo::NTFSIndex index;
-    varnelo::load(index, data, size);
+    const bool loads = varnelo::load(index, data, size);
     varnelo::use(index);
     varnelo::change(index);
     varnelo::use(index);
+
+    std::vector<std::uint8_t> bytes(data, data + size);
+    varnelo::NTFSIndex shown;
+    varnelo::require(!shown.showCache(bytes) || loads, "what is shown can be loaded");
+    varnelo::use(shown);
+    varnelo::change(shown);
+    varnelo::use(shown);
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <span>
 
 namespace varnelo {
 
@@ -15,7 +16,9 @@ public:
     using ReadBytes = std::function<std::size_t(std::uint8_t* to, std::size_t count)>;
 
     // `source` stays alive.
-    explicit CacheInput(const ReadBytes& source) : readMore(source) {}
+    explicit CacheInput(const ReadBytes& source) : readMore(&source) {}
+    // A file in memory.
+    explicit CacheInput(std::span<std::uint8_t> whole) : memory(whole) {}
 
     bool good() const { return ok; }
     std::uint64_t position() const { return consumed; }
@@ -24,19 +27,34 @@ public:
 
     // Answers the bytes read.
     std::size_t read(void* to, std::size_t count) {
+        if (readMore == nullptr) {
+            const std::span<std::uint8_t> found = pass(count);
+            if (!found.empty()) std::memcpy(to, found.data(), found.size());
+            return found.size();
+        }
         if (!ok) return 0;
         auto* bytes = static_cast<std::uint8_t*>(to);
         std::size_t done = take(bytes, count);
         if (count - done >= buffer.size()) {
-            done += readMore(bytes + done, count - done);
+            done += (*readMore)(bytes + done, count - done);
         } else if (done < count) {
             begin = 0;
-            end = readMore(buffer.data(), buffer.size());
+            end = (*readMore)(buffer.data(), buffer.size());
             done += take(bytes + done, count - done);
         }
         ok = done == count;
         consumed += done;
         return done;
+    }
+
+    // In memory: the next bytes where they lie.
+    std::span<std::uint8_t> pass(std::uint64_t count) {
+        if (!ok) return {};
+        const std::size_t there = std::min<std::uint64_t>(count, memory.size() - consumed);
+        const std::span<std::uint8_t> found = memory.subspan(consumed, there);
+        ok = there == count;
+        consumed += there;
+        return found;
     }
 
 private:
@@ -53,7 +71,8 @@ private:
         return taken;
     }
 
-    const ReadBytes& readMore;
+    const ReadBytes* readMore = nullptr;
+    std::span<std::uint8_t> memory;
     std::array<std::uint8_t, 4096> buffer;
     std::size_t begin = 0;  // what is left in the buffer
     std::size_t end = 0;

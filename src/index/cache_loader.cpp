@@ -6,7 +6,6 @@
 #include "index/cache_format.h"
 #include "index/cache_input.h"
 #include "index/ntfs_index.h"
-#include "index/record_key_hash.h"
 #include "platform/input_file.h"
 #include "platform/known_folders.h"
 
@@ -16,49 +15,23 @@ namespace {
 
 std::wstring text(std::uint64_t number) { return std::to_wstring(number); }
 
-// Walks over the posting lists in memory, with the same rule as CacheInput: the first read that finds too few
-// bytes gives what there is, later ones nothing.
-class ListCursor {
-public:
-    ListCursor(std::uint8_t* bytes, std::size_t count) : begin(bytes), end(count) {}
-
-    bool good() const { return ok; }
-    std::size_t position() const { return at; }
-    std::size_t left() const { return end - at; }
-    // Answers the bytes passed.
-    std::size_t skip(std::uint64_t count) {
-        if (!ok) return 0;
-        const std::size_t passed = static_cast<std::size_t>(std::min<std::uint64_t>(count, left()));
-        ok = passed == count;
-        at += passed;
-        return passed;
-    }
-    std::uint64_t u64() {
-        std::uint64_t value = 0;
-        const std::uint8_t* from = begin + at;
-        if (const std::size_t count = skip(sizeof value)) std::memcpy(&value, from, count);
-        return value;
-    }
-
-private:
-    std::uint8_t* begin;
-    std::size_t end;
-    std::size_t at = 0;
-    bool ok = true;
-};
-
 }  // namespace
 
 // One load. Every count is tested against the size of the whole file, and what is allocated for it against
 // the bytes that are left.
+//
+// A file in memory is used where it lies and passed through without a word: what takes a pass over all
+// records or all entries of lists waits until somebody asks.
 class CacheLoader {
 public:
     CacheLoader(NTFSIndex& target, const NTFSIndex::ReadBytes& read) : index(target), in(read) {}
+    CacheLoader(NTFSIndex& target, std::span<std::uint8_t> file) : index(target), in(file), inPlace(true) {}
 
     bool load(std::int64_t size) {
-        logInfo(L"loadCache: file size = " + std::to_wstring(size) + L" bytes");
+        if (!inPlace && index.shownFile.isOpen()) index.clearIndex();
+        info(L"loadCache: file size = " + std::to_wstring(size) + L" bytes");
         if (size <= 0) {
-            logWarn(L"loadCache: file is empty or unreadable (size=" + std::to_wstring(size));
+            warn(L"loadCache: file is empty or unreadable (size=" + std::to_wstring(size));
             return false;
         }
         fileSize = static_cast<std::uint64_t>(size);
@@ -66,21 +39,34 @@ public:
 
         // Nobody finds a record by its key before all have been read.
         index.keys.clear();
+        index.keysEntered = true;
         index.listsComplete = false;
         const bool complete = readRecords() && readPool() && readExtensions() && readLists();
-        index.column.rebuild(index.records(), index.pool);
+        if (inPlace) {
+            index.column.clear();
+        } else {
+            index.column.rebuild(index.records(), index.pool);
+        }
+        index.columnsTold = !inPlace;
         index.pathCache.clear();
         if (!complete) return false;
-        enterKeys();
+        index.keysEntered = false;
+        if (!inPlace) index.enterKeys();
         index.listsComplete = true;
-        logInfo(L"loadCache: success \u2013 " + text(index.table.size()) + L" files, " +
-                text(index.extensionTable.size()) + L" extensions");
+        info(L"loadCache: success \u2013 " + text(index.table.size()) + L" files, " +
+             text(index.extensionTable.size()) + L" extensions");
         return true;
     }
 
 private:
+    void info(const std::wstring& line) {
+        if (!inPlace) logInfo(line);
+    }
+    void warn(const std::wstring& line) {
+        if (!inPlace) logWarn(line);
+    }
     bool refuse(const std::wstring& what, bool good) {
-        logWarn(L"loadCache: " + what + L", good=" + (good ? L"1" : L"0"));
+        warn(L"loadCache: " + what + L", good=" + (good ? L"1" : L"0"));
         return false;
     }
     bool refuse(const std::wstring& what) { return refuse(what, in.good()); }
@@ -91,9 +77,9 @@ private:
         const std::uint32_t version = in.u32();
         if (magic == cache::kMagic && version == cache::kVersion) return true;
         // The numbers are decimal, also those behind "0x".
-        logWarn(L"loadCache: magic/version mismatch \u2013 magic=0x" + text(magic) + L" version=" +
-                text(version) + L" (expected magic=0x" + text(cache::kMagic) + L" version=" +
-                text(cache::kVersion) + L")");
+        warn(L"loadCache: magic/version mismatch \u2013 magic=0x" + text(magic) + L" version=" +
+             text(version) + L" (expected magic=0x" + text(cache::kMagic) + L" version=" +
+             text(cache::kVersion) + L")");
         return false;
     }
 
@@ -114,10 +100,15 @@ private:
             return refuse(L"fileCount invalid (" + text(count) + L"), dataSize=" +
                           text(sizeof(FileRecord) * count) + L", fileSize=" + text(fileSize));
         }
+        const std::uint64_t whole = std::min(count, left() / sizeof(FileRecord));
         index.table.clear();
-        index.table.resizeUnwritten(std::min(count, left() / sizeof(FileRecord)));
-        const std::size_t got = in.read(index.table.data(), sizeof(FileRecord) * index.table.size());
-        index.table.resizeUnwritten(got / sizeof(FileRecord));
+        if (inPlace) {
+            index.table.borrow(pass<FileRecord>(whole));
+        } else {
+            index.table.resizeUnwritten(whole);
+            const std::size_t got = in.read(index.table.data(), sizeof(FileRecord) * whole);
+            index.table.resizeUnwritten(got / sizeof(FileRecord));
+        }
         if (index.table.size() < count) exhaust();
         return true;
     }
@@ -126,8 +117,14 @@ private:
         const std::uint64_t count = in.u64();
         if (!in.good() || count > fileSize / 2) return refuse(L"poolSize invalid (" + text(count) + L")");
         const std::uint64_t units = std::min(count, left() / 2);
-        std::uint16_t* pool = index.pool.beginStored(units);
-        index.pool.cut(in.read(pool, 2 * units) / 2);
+        if (inPlace) {
+            index.pool.borrow(pass<std::uint16_t>(units));
+            // What a reader may read behind the names must be there too; so small a file is read in no time.
+            if (left() < 2 * NamePool::kReadableBeyond) return false;
+        } else {
+            std::uint16_t* pool = index.pool.beginStored(units);
+            index.pool.cut(in.read(pool, 2 * units) / 2);
+        }
         if (index.pool.size() < count) exhaust();
         return true;
     }
@@ -148,50 +145,57 @@ private:
                 index.extensionTable.addStored(std::wstring(units.begin(), units.begin() + length));
         }
         if (in.good()) return true;
-        logWarn(L"loadCache: stream bad after extensions");
+        warn(L"loadCache: stream bad after extensions");
         return false;
     }
 
     // The rest of the file: its lists stay where they are read to.
     bool readLists() {
         for (PostingMap* map : {&index.unigramIndex, &index.bigramIndex, &index.trigramIndex}) map->clear();
-        const std::size_t wanted = static_cast<std::size_t>(left());
-        index.storedLists = std::make_unique_for_overwrite<std::uint8_t[]>(wanted);
-        ListCursor lists(index.storedLists.get(), in.read(index.storedLists.get(), wanted));
-        return readMap(0, index.unigramIndex, 2, lists) && readMap(1, index.bigramIndex, 4, lists) &&
-               readMap(2, index.trigramIndex, 8, lists);
+        const std::span<std::uint8_t> image = restOfFile();
+        CacheInput lists(image);
+        return readMap(0, index.unigramIndex, 2, image, lists) &&
+               readMap(1, index.bigramIndex, 4, image, lists) &&
+               readMap(2, index.trigramIndex, 8, image, lists);
     }
 
-    bool readMap(std::uint64_t number, PostingMap& map, std::size_t keyBytes, ListCursor& lists) {
+    std::span<std::uint8_t> restOfFile() {
+        if (inPlace) return in.pass(left());
+        const std::size_t wanted = static_cast<std::size_t>(left());
+        index.storedLists = std::make_unique_for_overwrite<std::uint8_t[]>(wanted);
+        return {index.storedLists.get(), in.read(index.storedLists.get(), wanted)};
+    }
+
+    bool readMap(std::uint64_t number, PostingMap& map, std::size_t keyBytes, std::span<std::uint8_t> image,
+                 CacheInput& lists) {
         const std::wstring name = L"map[" + text(number) + L"] ";
         const std::uint64_t count = lists.u64();
         if (!lists.good() || count > fileSize)
             return refuse(name + L"size invalid (" + text(count) + L")", lists.good());
         // So many lists at most: there are no more keys, and no more fit into the file.
         const std::uint64_t keys = keyBytes == 2 ? 0x10000 : count;
-        map.beginStored(index.storedLists.get(), std::min({count, keys, lists.left() / (keyBytes + 8)}));
+        const std::uint64_t fitting = (image.size() - lists.position()) / (keyBytes + 8);
+        map.beginStored(image, std::min({count, keys, fitting}));
+        const auto order = inPlace ? PostingMap::Order::FoundWhenAsked : PostingMap::Order::FoundNow;
         for (std::uint64_t i = 0; i < count; ++i) {
-            const std::size_t begin = lists.position();
-            lists.skip(keyBytes);
+            const std::uint64_t begin = lists.position();
+            lists.pass(keyBytes);
             const std::uint64_t entries = lists.u64();
             if (!lists.good() || entries > fileSize / 4) {
                 return refuse(name + L"entry " + text(i) + L"/" + text(count) + L" vsize invalid (" +
                                   text(entries) + L")",
                               lists.good());
             }
-            // The file may end inside of the very last list without a test behind it: the list is shorter
-            // then.
-            const std::uint64_t whole = lists.skip(4 * entries) / 4;
-            std::memcpy(index.storedLists.get() + begin + keyBytes, &whole, sizeof whole);
-            map.addStored(begin);
+            // The file may end inside of the very last list without a test behind it.
+            lists.pass(4 * entries);
+            map.addStored(begin, order);
         }
         return true;
     }
 
-    // Tombstones too, and the last record of a key wins.
-    void enterKeys() {
-        index.keys.reserve(index.table.size(), [](std::uint32_t) { return std::uint64_t{0}; });
-        for (std::uint32_t i = 0; i < index.table.size(); ++i) index.enterKey(i);
+    template <class T>
+    std::span<T> pass(std::uint64_t count) {
+        return {reinterpret_cast<T*>(in.pass(count * sizeof(T)).data()), static_cast<std::size_t>(count)};
     }
 
     // The file ended inside of an array: the next test must see that, whatever bytes remain.
@@ -202,6 +206,7 @@ private:
 
     NTFSIndex& index;
     CacheInput in;
+    const bool inPlace = false;
     std::uint64_t fileSize = 0;
 };
 
@@ -217,6 +222,18 @@ bool NTFSIndex::loadCache(std::wstring_view folderName, std::wstring_view fileNa
 
 bool NTFSIndex::readCache(std::int64_t size, const ReadBytes& read) {
     return CacheLoader(*this, read).load(size);
+}
+
+bool NTFSIndex::showCache(std::wstring_view folderName, std::wstring_view fileName) {
+    clearIndex();
+    const std::wstring path = machineDataPath(folderName, fileName);
+    return shownFile.open(path.c_str()) && showCache(shownFile.bytes());
+}
+
+bool NTFSIndex::showCache(std::span<std::uint8_t> file) {
+    if (CacheLoader(*this, file).load(static_cast<std::int64_t>(file.size()))) return true;
+    clearIndex();
+    return false;
 }
 
 }  // namespace varnelo

@@ -80,6 +80,7 @@ bool writeIndex(PlainFile& file, const NTFSIndex& index) {
 }  // namespace
 
 bool NTFSIndex::saveCache(std::wstring_view folderName, std::wstring_view fileName) const {
+    if (shownFile.isOpen()) return false;
     const std::wstring path = machineDataPath(folderName, fileName);
     const std::wstring aside = path + L".tmp";
     PlainFile file;

@@ -11,7 +11,8 @@
 namespace varnelo {
 
 // A growing array of plain values that, unlike std::vector, can be resized without being written first: an
-// array of a hundred megabytes is then filled by one read. Growth moves the elements.
+// array of a hundred megabytes is then filled by one read. Growth moves the elements. It may also borrow them
+// from elsewhere; they are its own from the first time that it grows.
 template <class T>
 class FlatArray {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -26,7 +27,7 @@ public:
     }
     FlatArray(const FlatArray&) = delete;
     FlatArray& operator=(const FlatArray&) = delete;
-    ~FlatArray() { ::operator delete(elements); }
+    ~FlatArray() { release(); }
 
     std::size_t size() const { return count; }
     bool empty() const { return count == 0; }
@@ -47,14 +48,15 @@ public:
     }
     // Room for so many elements more, with some to spare, so that a row of small additions moves them seldom.
     void makeRoom(std::size_t more) {
-        if (count + more > room) reserve(std::max(count + more, room + room / 2 + 16));
+        if (count + more > capacity()) reserve(std::max(count + more, capacity() + capacity() / 2 + 16));
     }
     // Room for exactly that many elements.
     void reserve(std::size_t wanted) {
-        if (wanted <= room) return;
+        if (wanted <= capacity()) return;
         T* larger = static_cast<T*>(::operator new(wanted * sizeof(T)));
         if (count != 0) std::memcpy(static_cast<void*>(larger), elements, count * sizeof(T));
-        ::operator delete(std::exchange(elements, larger));
+        release();
+        elements = larger;
         room = wanted;
     }
     // Elements that are new hold anything.
@@ -67,10 +69,20 @@ public:
         resizeUnwritten(wanted);
         std::fill_n(elements, wanted, copy);
     }
+    // Refers to elements that stay alive, and are written to where they are.
+    void borrow(std::span<T> others) {
+        clear();
+        elements = others.data();
+        count = others.size();
+    }
     // Gives the memory back.
     void clear() { *this = FlatArray(); }
 
 private:
+    std::size_t capacity() const { return std::max(room, count); }
+    void release() {
+        if (room != 0) ::operator delete(elements);
+    }
     void swap(FlatArray& other) {
         std::swap(elements, other.elements);
         std::swap(count, other.count);
@@ -79,7 +91,7 @@ private:
 
     T* elements = nullptr;
     std::size_t count = 0;
-    std::size_t room = 0;
+    std::size_t room = 0;  // 0: the elements are borrowed, or there are none
 };
 
 }  // namespace varnelo

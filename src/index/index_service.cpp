@@ -120,7 +120,7 @@ void IndexService::fill(const Texts& texts, bool loadFirst) {
     whole = false;
     const auto fresh = std::make_unique<NTFSIndex>();
     Scan scanned = Scan::Failed;
-    if (!loadFirst || !load(*fresh)) scanned = scan(*fresh, texts);
+    if (!loadFirst || !loadWhileShown(*fresh)) scanned = scan(*fresh, texts);
     if (scanned == Scan::BrokenOff) return;
     whole = true;
 
@@ -166,10 +166,30 @@ IndexService::Scan IndexService::scan(NTFSIndex& fresh, const Texts& texts) {
     return Scan::Failed;
 }
 
+// When it fails, the file is shown no longer: what follows may replace it.
+bool IndexService::loadWhileShown(NTFSIndex& fresh) {
+    NTFSIndex shown;
+    const bool shows = show(shown);
+    if (shows) {
+        publish(shown);
+        if (hooks.onCacheShown) hooks.onCacheShown();
+        const std::lock_guard lock(index.mutex);
+        index.trimShownCache();
+    }
+    if (load(fresh)) return true;
+    NTFSIndex nothing;
+    if (shows) publish(nothing);
+    return false;
+}
+
+// What was there before ends here, a file that was shown included.
 void IndexService::publish(NTFSIndex& fresh) {
     monitor.stop();
-    const std::lock_guard lock(index.mutex);
-    index.swapContent(fresh);
+    {
+        const std::lock_guard lock(index.mutex);
+        index.swapContent(fresh);
+    }
+    fresh.clearIndex();
 }
 
 bool IndexService::journalReadable(wchar_t letter) {
@@ -183,6 +203,10 @@ void IndexService::deleteCache() const {
 
 bool IndexService::cacheExists() const {
     return withCacheFolder([this] { return InputFile().open(machineDataPath(folder, kFile).c_str()); });
+}
+
+bool IndexService::show(NTFSIndex& in) const {
+    return withCacheFolder([&] { return in.showCache(folder, kFile); });
 }
 
 bool IndexService::load(NTFSIndex& into) const {

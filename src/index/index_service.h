@@ -21,11 +21,14 @@ struct IndexHooks {
     std::function<void()> onIndexReady;
     // After it, at the end of a rebuild: the overview is built again.
     std::function<void()> onRebuilt;
+    // In the start-up task, when the cache can be searched although it is not loaded yet.
+    std::function<void()> onCacheShown{};
 };
 
 // Fills the index at the start, rebuilds it when asked, and follows the changes of the volumes while journals
 // can be read. Loads and scans go into an index of the service's own, so that the index others use can be
-// searched at any time; it is empty until a task brings the new content over, all at once.
+// searched at any time; it is empty until a task brings the new content over, all at once. While the start-up
+// task loads the cache, what is searched is the file itself.
 //
 // The index's mutex must not be held around any call, nor a lock that a hook takes. What the constructor is
 // given outlives the service, and the monitor's end is hooked into the index while the service lives.
@@ -67,10 +70,12 @@ private:
 
     void fill(const Texts& texts, bool loadFirst);
     Scan scan(NTFSIndex& fresh, const Texts& texts);
+    bool loadWhileShown(NTFSIndex& fresh);
     void publish(NTFSIndex& fresh);
     bool journalReadable(wchar_t letter);
     void deleteCache() const;
     bool cacheExists() const;
+    bool show(NTFSIndex& in) const;
     bool load(NTFSIndex& into) const;
     bool write(const NTFSIndex& from) const;
 

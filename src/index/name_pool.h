@@ -32,6 +32,8 @@ public:
     void clear() { units.clear(); }
     // Makes room for a pool that a file holds; its units must be written next.
     std::uint16_t* beginStored(std::size_t count);
+    // Refers to a pool that stays alive, behind which kReadableBeyond units may be read.
+    void borrow(std::span<std::uint16_t> stored) { units.borrow(stored); }
     // Gives up what was not read.
     void cut(std::size_t count) { units.resizeUnwritten(count); }
 

@@ -22,6 +22,8 @@ NameUnits NTFSIndex::nameUnits(std::uint32_t index) const {
 }
 
 std::optional<std::uint32_t> NTFSIndex::recordByKey(std::uint64_t key) const {
+    // Changes nothing that can be seen; readers hold the mutex like everybody else.
+    if (!keysEntered) const_cast<NTFSIndex&>(*this).enterKeys();
     return keys.find(recordKeyHash(key), [&](std::uint32_t index) { return recordKey(table[index]) == key; });
 }
 
@@ -30,6 +32,13 @@ void NTFSIndex::enterKey(std::uint32_t index) {
     keys.put(
         recordKeyHash(key), index, [&](std::uint32_t other) { return recordKey(table[other]) == key; },
         [this](std::uint32_t other) { return recordKeyHash(recordKey(table[other])); });
+}
+
+// Tombstones too, and the last record of a key wins.
+void NTFSIndex::enterKeys() {
+    keysEntered = true;
+    keys.reserve(table.size(), [](std::uint32_t) { return std::uint64_t{0}; });
+    for (std::uint32_t i = 0; i < table.size(); ++i) enterKey(i);
 }
 
 std::uint32_t NTFSIndex::addRecord(const FileFacts& facts, std::wstring_view name) {
@@ -63,8 +72,8 @@ void NTFSIndex::store(std::uint32_t index, const FileFacts& facts, std::wstring_
     record.flags = facts.flags;
     record.volume = currentVolume;
     record.extension = extensionTable.idOf(name);
-    column.set(index, record, pool);
-    enterKey(index);
+    tellColumns(index);
+    if (keysEntered) enterKey(index);
     if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
 }
 
@@ -80,7 +89,7 @@ void NTFSIndex::renameRecord(std::uint32_t index, const FileFacts& facts, std::w
     record.modified = facts.modified;
     record.attributes = facts.attributes;
     record.extension = extensionTable.idOf(name);
-    column.set(index, record, pool);
+    tellColumns(index);
     if (!record.deleted()) appendGrams(nameUnits(index), index, unigramIndex, bigramIndex, trigramIndex);
 }
 
@@ -106,6 +115,7 @@ void NTFSIndex::setSize(std::uint32_t index, std::uint64_t size) {
 
 void NTFSIndex::removeRecord(std::uint32_t index) {
     if (index >= table.size()) return;
+    if (!keysEntered) enterKeys();
     const std::uint64_t key = recordKey(table[index]);
     // What was removed already is on the stack, and nobody may take it from there twice.
     if (table[index].deleted() && recordByKey(key) != index) return;
@@ -126,7 +136,11 @@ void NTFSIndex::pruneRecord(std::uint32_t index) {
 
 void NTFSIndex::tombstone(std::uint32_t index) {
     table[index].flags |= FileRecord::kDeleted;
-    column.set(index, table[index], pool);
+    tellColumns(index);
+}
+
+void NTFSIndex::tellColumns(std::uint32_t index) {
+    if (columnsTold) column.set(index, table[index], pool);
 }
 
 void NTFSIndex::addPostings(std::uint32_t index, std::wstring_view name) {
@@ -155,13 +169,16 @@ void NTFSIndex::clearIndex() {
     storedLists.reset();
     table.clear();
     column.clear();
+    columnsTold = true;
     pool.clear();
     extensionTable.clear();
     keys.clear();
+    keysEntered = true;
     pathCache.clear();
     freeSlots.clear();
     volumes.clear();
     currentVolume = 0;
+    shownFile.close();
     listsComplete = true;
 }
 
@@ -173,12 +190,15 @@ void NTFSIndex::swapContent(NTFSIndex& other) {
     std::swap(trigramIndex, other.trigramIndex);
     std::swap(table, other.table);
     std::swap(column, other.column);
+    std::swap(columnsTold, other.columnsTold);
     std::swap(pool, other.pool);
     std::swap(extensionTable, other.extensionTable);
     std::swap(keys, other.keys);
+    std::swap(keysEntered, other.keysEntered);
     std::swap(pathCache, other.pathCache);
     std::swap(freeSlots, other.freeSlots);
     std::swap(storedLists, other.storedLists);
+    std::swap(shownFile, other.shownFile);
     std::swap(listsComplete, other.listsComplete);
 }
 

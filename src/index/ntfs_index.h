@@ -17,6 +17,7 @@
 #include "index/posting_map.h"
 #include "index/record_columns.h"
 #include "index/slot_table.h"
+#include "platform/mapped_file.h"
 
 namespace varnelo {
 
@@ -30,7 +31,7 @@ struct FileFacts {
     std::uint32_t attributes = 0;
 };
 
-// A row of the list of hits. The record stays where it is until one is added.
+// A row of the list of hits. The record stays where it is until one is added or the content is another one.
 struct IndexRow {
     const FileRecord* record = nullptr;
     std::wstring path;
@@ -68,6 +69,7 @@ public:
     std::wstring nameOf(std::uint32_t index) const { return wideFromUnits(nameUnits(index)); }
     const ExtensionTable& extensions() const { return extensionTable; }
     const NamePool& names() const { return pool; }
+    // None while a file is shown, before a search has needed them.
     const RecordColumns& columns() const { return column; }
     const PostingMap& unigrams() const { return unigramIndex; }
     const PostingMap& bigrams() const { return bigramIndex; }
@@ -117,6 +119,17 @@ public:
     using ReadBytes = std::function<std::size_t(std::uint8_t* to, std::size_t count)>;
     bool readCache(std::int64_t size, const ReadBytes& read);
 
+    // For the time that a load into another index takes: what the file holds can be searched at once, where
+    // it lies. What takes a pass over all records is done when it is first asked for. False, with an empty
+    // index and without a word in the log, whenever that is not possible. The file cannot be replaced before
+    // the index is cleared or destroyed, and saveCache() fails until then; changes are those of this index
+    // alone.
+    bool showCache(std::wstring_view folderName, std::wstring_view fileName);
+    // What was read of that file so far no longer counts as this program's memory. Before a change.
+    void trimShownCache() { shownFile.trim(); }
+    // As showCache(), of bytes that stay alive and writable, at an even address.
+    bool showCache(std::span<std::uint8_t> file);
+
     // Records whose name holds the text, or matches one of the patterns: docs/search.md tells how.
     std::vector<std::uint32_t> searchNames(std::wstring_view query);
     void sortResults(std::vector<std::uint32_t>& ids, std::uint32_t sortColumn, bool ascending);
@@ -129,7 +142,10 @@ private:
 
     void store(std::uint32_t index, const FileFacts& facts, std::wstring_view name);
     void enterKey(std::uint32_t index);
+    void enterKeys();
+    std::vector<std::uint32_t> searchInPlace(std::wstring_view text) const;
     void tombstone(std::uint32_t index);
+    void tellColumns(std::uint32_t index);
     void dropPostings(std::uint32_t index, NameUnits name);
 
     PostingMap unigramIndex{2};
@@ -139,11 +155,14 @@ private:
     RecordColumns column;
     NamePool pool;
     ExtensionTable extensionTable;
-    SlotTable keys;  // of the records, by recordKey()
+    bool columnsTold = true;  // of all records
+    SlotTable keys;           // of the records, by recordKey()
+    bool keysEntered = true;  // of all records that there are
     std::unordered_map<std::uint64_t, std::wstring> pathCache;
     std::vector<std::uint32_t> freeSlots;
     // The lists as they were read; they stay there.
     std::unique_ptr<std::uint8_t[]> storedLists;
+    MappedFile shownFile;  // holds records, names and lists of showCache()
     // Every list has exactly the entries that the names of the live records ask for, as far as is known.
     bool listsComplete = true;
 };

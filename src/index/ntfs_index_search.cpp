@@ -1,8 +1,10 @@
 #include <algorithm>
 
 #include "index/grams.h"
+#include "index/name_needle.h"
 #include "index/name_search.h"
 #include "index/ntfs_index.h"
+#include "index/search_query.h"
 
 namespace varnelo {
 
@@ -19,6 +21,12 @@ std::uint64_t beginningOf(const Text& text) {
     std::uint64_t beginning = 0;
     for (std::size_t i = 0; i < 4; ++i) beginning = beginning << 16 | (i < text.size() ? unitAt(text, i) : 0);
     return beginning;
+}
+
+// Of one, two or three lowered units.
+std::uint64_t gramKey(NameUnits gram) {
+    if (gram.size() == 1) return unigramKey(gram[0]);
+    return gram.size() == 2 ? bigramKey(gram[0], gram[1]) : trigramKey(gram[0], gram[1], gram[2]);
 }
 
 // Ordinal, letters folded.
@@ -73,8 +81,43 @@ void sortByValue(std::vector<std::uint32_t>& ids, bool ascending, ValueOf valueO
 }  // namespace
 
 std::vector<std::uint32_t> NTFSIndex::searchNames(std::wstring_view query) {
+    if (!columnsTold) {
+        if (!query.empty() && !hasPatterns(query) && listsComplete) return searchInPlace(query);
+        column.rebuild(records(), pool);
+        columnsTold = true;
+    }
     NameSearch search({unigramIndex, bigramIndex, trigramIndex, column, pool, extensionTable, listsComplete});
     return search.run(query);
+}
+
+// Without columns: records are looked at one by one, those of the shortest list that all hits stand in.
+std::vector<std::uint32_t> NTFSIndex::searchInPlace(std::wstring_view text) const {
+    std::vector<std::uint16_t> units(text.begin(), text.end());
+    std::transform(units.begin(), units.end(), units.begin(), lowerNameUnit);
+    const std::size_t gramUnits = std::min<std::size_t>(units.size(), 3);
+    const PostingMap& map = gramUnits == 1 ? unigramIndex : gramUnits == 2 ? bigramIndex : trigramIndex;
+    std::optional<std::uint32_t> first;
+    std::optional<std::uint32_t> shortest;
+    for (std::size_t i = 0; i + gramUnits <= units.size(); ++i) {
+        const auto list = map.find(gramKey(std::span(units).subspan(i, gramUnits)));
+        if (!list) return {};
+        if (!first) first = list;
+        if (!shortest || map.roughSize(*list) < map.roughSize(*shortest)) shortest = list;
+    }
+
+    const NameNeedle needle(units, pool);
+    FlatArray<std::uint64_t> hits;
+    hits.assign(table.size() / 64 + 1, 0);
+    for (const std::uint32_t entry : map.entries(*shortest)) {
+        if (entry >= table.size() || table[entry].deleted() || !pool.holds(table[entry].nameOffset)) continue;
+        const bool hit = units.size() < 3 || needle.isInNameAt(table[entry].nameOffset);
+        hits[entry / 64] |= std::uint64_t{hit} << entry % 64;
+    }
+    std::vector<std::uint32_t> found = map.entries(*first);
+    std::erase_if(found, [&](std::uint32_t entry) {
+        return entry >= table.size() || (hits[entry / 64] >> entry % 64 & 1) == 0;
+    });
+    return found;
 }
 
 void NTFSIndex::sortResults(std::vector<std::uint32_t>& ids, std::uint32_t sortColumn, bool ascending) {

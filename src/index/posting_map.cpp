@@ -27,7 +27,7 @@ constexpr std::size_t kDealFrom = 4096;
 // A list is packed when it has more removed entries than this and than others.
 constexpr std::size_t kRemovedAtLeast = 64;
 
-std::uint64_t tagOf(std::uint64_t hash) { return hash >> 43; }
+std::uint64_t tagOf(std::uint64_t hash) { return hash >> 44; }
 
 // Its upper bits tell the heap that a waiting entry is dealt into, those below them its place among the keys
 // seen.
@@ -49,14 +49,25 @@ std::uint64_t PostingMap::keyOf(std::uint32_t list) const {
     const Ref& ref = refs[list];
     if (ref.hasBody) return bodies[ref.at].key;
     std::uint64_t key = 0;
-    std::memcpy(&key, image + ref.at, keyWidth);
+    std::memcpy(&key, image.data() + ref.at, keyWidth);
     return key;
 }
 
+// The list is as long as the image has room for, whatever the file tells: it may end inside of the last list,
+// and one that is shown where it lies may change beneath us.
 PostingSegment PostingMap::storedAt(const Ref& ref) const {
+    const std::size_t begin = ref.at + keyWidth + 8;
     std::uint64_t count = 0;
-    std::memcpy(&count, image + ref.at + keyWidth, 8);
-    return {image + ref.at + keyWidth + 8, count, ref.ascending != 0};
+    std::memcpy(&count, image.data() + begin - 8, 8);
+    count = std::min<std::uint64_t>(count, (image.size() - begin) / 4);
+    return {image.data() + begin, count, ref.ascending != 0};
+}
+
+void PostingMap::findOrder(std::uint32_t list) const {
+    Ref& ref = const_cast<PostingMap&>(*this).refs[list];
+    const PostingSegment stored = storedAt(ref);
+    ref.ascending = isAscending(stored.entries, stored.count);
+    ref.orderKnown = 1;
 }
 
 PostingSegment PostingMap::segmentOf(const Body& body, Chunk* chunk) {
@@ -73,6 +84,7 @@ std::size_t PostingMap::roughSize(std::uint32_t list) const {
 
 std::vector<std::uint32_t> PostingMap::entries(std::uint32_t list) const {
     std::vector<std::uint32_t> result;
+    result.reserve(roughSize(list));
     forEachSegment(list, [&](const PostingSegment& segment) {
         for (std::size_t i = 0; i < segment.count; ++i) {
             if (segment.at(i) < kRemovedEntry) result.push_back(segment.at(i));
@@ -86,7 +98,7 @@ std::uint32_t PostingMap::findOrAdd(std::uint64_t key, std::uint64_t hash) {
     const auto list = static_cast<std::uint32_t>(refs.size());
     Body body{};
     body.key = key;
-    refs.push_back({bodies.size(), tagOf(hash), 0, 0, 1});
+    refs.push_back({bodies.size(), tagOf(hash), 1, 0, 0, 1});
     bodies.push_back(body);
     slots.add(hash, list, [this](std::uint32_t id) { return hashOf(id); });
     return list;
@@ -156,6 +168,7 @@ void PostingMap::settleWaiting() {
 PostingMap::Body& PostingMap::bodyOf(std::uint32_t list) {
     Ref& ref = refs[list];
     if (ref.hasBody) return bodies[ref.at];
+    if (!ref.orderKnown) findOrder(list);
     Body body{};
     body.key = keyOf(list);
     const PostingSegment stored = storedAt(ref);
@@ -262,46 +275,46 @@ void PostingMap::clear() {
     seen.clear();
     newest = 0;
     mayDescend = false;
-    image = nullptr;
+    image = {};
     blocks.clear();
     free = nullptr;
     freeBytes = 0;
 }
 
-void PostingMap::beginStored(std::uint8_t* newImage, std::size_t lists) {
+void PostingMap::beginStored(std::span<std::uint8_t> storedImage, std::size_t lists) {
     clear();
-    image = newImage;
+    image = storedImage;
     refs.reserve(lists);
     slots.reserve(lists, [](std::uint32_t) { return std::uint64_t{0}; });
 }
 
-void PostingMap::addStored(std::size_t offset) {
+void PostingMap::addStored(std::size_t offset, Order order) {
     std::uint64_t key = 0;
-    std::memcpy(&key, image + offset, keyWidth);
+    std::memcpy(&key, image.data() + offset, keyWidth);
     const std::uint64_t hash = mixedHash(key);
     if (findSettled(key, hash)) return;
-    Ref ref{offset, tagOf(hash), 0, 0, 0};
-    const PostingSegment list = storedAt(ref);
-    ref.ascending = isAscending(list.entries, list.count);
-    refs.push_back(ref);
-    slots.add(hash, static_cast<std::uint32_t>(refs.size() - 1),
-              [this](std::uint32_t id) { return hashOf(id); });
+    refs.push_back({offset, tagOf(hash), 0, 0, 0, 0});
+    const auto list = static_cast<std::uint32_t>(refs.size() - 1);
+    if (order == Order::FoundNow) findOrder(list);
+    slots.add(hash, list, [this](std::uint32_t id) { return hashOf(id); });
 }
 
 void PostingMap::writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const {
     settle();
     for (std::uint32_t list = 0; list < refs.size(); ++list) {
-        if (!refs[list].hasBody) {
-            const PostingSegment stored = storedAt(refs[list]);
-            write({image + refs[list].at, keyWidth + 8 + 4 * stored.count});
-            continue;
-        }
         const std::uint64_t key = keyOf(list);
-        const std::vector<std::uint32_t> left = entries(list);
-        const std::uint64_t count = left.size();
-        write({reinterpret_cast<const std::uint8_t*>(&key), keyWidth});
-        write({reinterpret_cast<const std::uint8_t*>(&count), 8});
-        write({reinterpret_cast<const std::uint8_t*>(left.data()), 4 * left.size()});
+        const auto writeList = [&](const void* content, std::uint64_t count) {
+            write({reinterpret_cast<const std::uint8_t*>(&key), keyWidth});
+            write({reinterpret_cast<const std::uint8_t*>(&count), 8});
+            write({static_cast<const std::uint8_t*>(content), 4 * count});
+        };
+        if (refs[list].hasBody) {
+            const std::vector<std::uint32_t> left = entries(list);
+            writeList(left.data(), left.size());
+        } else {
+            const PostingSegment stored = storedAt(refs[list]);
+            writeList(stored.entries, stored.count);
+        }
     }
 }
 

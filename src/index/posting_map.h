@@ -57,9 +57,11 @@ public:
     void clear();
 
     // Lists of a file follow, in memory that stays alive and writable until clear(). Clears.
-    void beginStored(std::uint8_t* image, std::size_t lists);
-    // The list whose key stands at `offset` of the image; of two with one key the first stays.
-    void addStored(std::size_t offset);
+    void beginStored(std::span<std::uint8_t> storedImage, std::size_t lists);
+    // The list whose key stands at `offset` of the image; of two with one key the first stays. Whether it
+    // ascends is found out by reading all of it.
+    enum class Order { FoundNow, FoundWhenAsked };
+    void addStored(std::size_t offset, Order order = Order::FoundNow);
 
     // Hands the bytes of all lists, as a file holds them, to `write`.
     void writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const;
@@ -74,7 +76,8 @@ private:
     // `at` is an offset in the image, or a place in `bodies`.
     struct Ref {
         std::uint64_t at : 40;
-        std::uint64_t tag : 21;  // upper bits of the key's hash
+        std::uint64_t tag : 20;  // upper bits of the key's hash
+        std::uint64_t orderKnown : 1;
         std::uint64_t ascending : 1;
         std::uint64_t verified : 1;
         std::uint64_t hasBody : 1;
@@ -97,6 +100,8 @@ private:
     std::optional<std::uint32_t> findSettled(std::uint64_t key, std::uint64_t hash) const;
     std::uint32_t findOrAdd(std::uint64_t key, std::uint64_t hash);
     PostingSegment storedAt(const Ref& ref) const;
+    // Finds out whether a stored list ascends. Like settle() in what it changes.
+    void findOrder(std::uint32_t list) const;
     static PostingSegment segmentOf(const Body& body, Chunk* chunk);
     // Enters what waits. Changes nothing that can be seen, so that readers may call it; they hold the index
     // mutex like everybody else.
@@ -114,7 +119,7 @@ private:
     SlotTable slots;
     FlatArray<Ref> refs;
     FlatArray<Body> bodies;
-    std::uint8_t* image = nullptr;
+    std::span<std::uint8_t> image;
     // Entries that wait: the key and, in the low 16 bits, a place in `waitingIndices`.
     FlatArray<std::uint64_t> waiting;
     FlatArray<std::uint32_t> waitingIndices;
@@ -134,7 +139,10 @@ private:
 template <class Use>
 void PostingMap::forEachSegment(std::uint32_t list, Use use) const {
     const Ref& ref = refs[list];
-    if (!ref.hasBody) return use(storedAt(ref));
+    if (!ref.hasBody) {
+        if (!ref.orderKnown) findOrder(list);
+        return use(storedAt(ref));
+    }
     const Body& body = bodies[ref.at];
     if (body.storedCount != 0) use(body.storedSegment());
     for (Chunk* chunk = body.first; chunk != nullptr; chunk = chunk->next) {

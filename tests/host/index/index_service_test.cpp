@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <optional>
 #include <thread>
 
 #include "host/index/cache_fixture.h"
+#include "platform/plain_file.h"
 #include "support/gate.h"
 #include "support/scripted_elevation.h"
 #include "support/scripted_volumes.h"
@@ -441,6 +444,130 @@ TEST_F(IndexServiceTest, SearchesGoOnWhileATaskRuns) {
     rebuild();
     EXPECT_EQ(searches, 1);
     EXPECT_EQ(found(L""), Lines{L"scanned.txt"});
+}
+
+// What a task does when the cache is shown.
+class ShowingServiceTest : public IndexServiceTest {
+protected:
+    std::function<void()> whenShown;
+    IndexHooks showingHooks() {
+        IndexHooks with = hooks();
+        with.onCacheShown = [this] {
+            note("shown");
+            if (whenShown) whenShown();
+        };
+        return with;
+    }
+    std::vector<std::uint32_t> hits(const wchar_t* query) {
+        const std::lock_guard lock(index.mutex);
+        return index.searchNames(query);
+    }
+    IndexService showing{index, volumes, elevation, showingHooks(), folder.path()};
+};
+
+TEST_F(ShowingServiceTest, ACacheIsSearchedBeforeItIsLoaded) {
+    givenCache({L"some report", L"plan"});
+    std::size_t linesThen = 0;
+    whenShown = [&, log = LogCapture()] {
+        linesThen = log.lines().size();
+        EXPECT_EQ(hits(L"report"), std::vector<std::uint32_t>{0});
+        EXPECT_FALSE(showing.monitoring());
+    };
+    showing.start();
+    EXPECT_EQ(calls, (std::vector<std::string>{"shown", "ready"}));
+    EXPECT_EQ(linesThen, 0u);
+    EXPECT_EQ(found(L""), (Lines{L"some report", L"plan"}));
+    EXPECT_EQ(hits(L"report"), std::vector<std::uint32_t>{0});
+    EXPECT_TRUE(showing.monitoring());
+}
+
+TEST_F(ShowingServiceTest, WithoutACacheThatLoadsNothingIsShown) {
+    givenCache({L"some report", L"plan"});
+    const Bytes whole = bytes();
+    write(path(), Bytes(whole.begin(), whole.begin() + 200));
+    showing.start();
+    showing.rebuild();
+    EXPECT_EQ(calls, (std::vector<std::string>{"ready", "ready", "rebuilt"}));
+}
+
+TEST_F(ShowingServiceTest, BehindTheLoadTheFileIsFree) {
+    givenCache({L"old"});
+    showing.start();
+    {
+        const std::lock_guard lock(index.mutex);
+        index.createRecord({50, 5, 0, 0, 0, 0}, L"later");
+    }
+    showing.stop();
+    EXPECT_TRUE(showing.save());
+    EXPECT_EQ(saved(), 2u);
+}
+
+TEST_F(ShowingServiceTest, ARebuildBehindALoadTakesWhatTheHelperPutInThePlaceOfTheFile) {
+    givenCache({L"old"});
+    showing.start();
+    withoutRights();
+    elevation.admin = true;
+    elevation.helper = [this] {
+        EXPECT_FALSE(exists(kName)) << "it could be deleted";
+        givenCache({L"of the helper"});
+    };
+    showing.rebuild();
+    EXPECT_EQ(found(L""), Lines{L"of the helper"});
+}
+
+#ifdef _WIN32
+
+TEST_F(ShowingServiceTest, WhileItIsShownNobodyReplacesTheFile) {
+    givenCache({L"old"});
+    const std::wstring other = folder.file(L"other");
+    write(other, bytes());
+    whenShown = [&] { EXPECT_FALSE(moveFileOver(other.c_str(), path().c_str())); };
+    showing.start();
+    EXPECT_EQ(calls.front(), "shown");
+    EXPECT_TRUE(moveFileOver(other.c_str(), path().c_str())) << "but as soon as it is loaded";
+}
+
+#else
+
+TEST_F(ShowingServiceTest, ACacheThatIsGoneBeforeItIsLoadedIsShownNoLonger) {
+    givenCache({L"old"});
+    whenShown = [this] { std::filesystem::remove(path()); };
+    c().enumerate = [&](auto, auto) -> Volume::Answer {
+        EXPECT_EQ(found(L""), Lines{});
+        EXPECT_EQ(hits(L"old"), std::vector<std::uint32_t>{});
+        return std::nullopt;
+    };
+    showing.start();
+    EXPECT_EQ(calls, (std::vector<std::string>{"shown", "ready"}));
+    EXPECT_EQ(c().enumerations.size(), 1u);
+    EXPECT_EQ(found(L""), Lines{});
+    EXPECT_EQ(saved(), 0u) << "the scan has found nothing and saved that";
+}
+
+#endif
+
+TEST_F(ShowingServiceTest, SearchesMeanwhileFindNothingOrAll) {
+    std::vector<std::wstring> names;
+    for (int i = 0; i < 20000; ++i) names.push_back(L"report " + std::to_wstring(i));
+    givenCache(names);
+    Gate searched(1);
+    std::atomic<bool> ended{false};
+    std::thread searcher([&] {
+        for (bool last = false; !last;) {
+            last = ended;
+            const std::size_t found = hits(L"report").size();
+            EXPECT_TRUE(found == 0 || found == names.size()) << found;
+            if (found != 0) searched.countDown();
+            std::this_thread::sleep_for(std::chrono::microseconds(50));  // lets the others at the lock
+        }
+    });
+    IndexHooks quiet;
+    quiet.onCacheShown = [&] { searched.wait(); };
+    IndexService searchedOne(index, volumes, elevation, quiet, folder.path());
+    searchedOne.start();
+    ended = true;
+    searcher.join();
+    EXPECT_EQ(hits(L"report").size(), names.size());
 }
 
 TEST_F(IndexServiceTest, TheHelperRunSavesWhatItScanned) {

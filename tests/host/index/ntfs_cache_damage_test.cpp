@@ -31,7 +31,17 @@ protected:
         const std::uint64_t asked = allocatedBytesOfThisThread() - before;
         EXPECT_LE(asked, 2 * bytes.size() + kLogLinesBytes);
         if (andUse) use(loaded);
+        tryInPlace(bytes, good, andUse);
         return good;
+    }
+
+    // The same bytes, shown where they lie.
+    static void tryInPlace(Bytes bytes, bool loads, bool andUse) {
+        NTFSIndex shown;
+        const std::uint64_t before = allocatedBytesOfThisThread();
+        EXPECT_TRUE(!shown.showCache(bytes) || loads);
+        EXPECT_LE(allocatedBytesOfThisThread() - before, 2 * bytes.size() + kLogLinesBytes);
+        if (andUse) use(shown);
     }
 
     // Lines in the log and the path have memory of their own.

@@ -28,7 +28,7 @@ std::vector<std::uint8_t> written(const PostingMap& map) {
 
 // Reads such bytes; the map refers to them from then on.
 void read(PostingMap& map, std::size_t keyBytes, std::vector<std::uint8_t>& bytes) {
-    map.beginStored(bytes.data(), 0);
+    map.beginStored(bytes, 0);
     for (std::size_t at = 0; at < bytes.size();) {
         std::uint64_t count = 0;
         std::memcpy(&count, &bytes[at + keyBytes], sizeof count);
@@ -53,6 +53,43 @@ TEST(PostingMap, RemovesEveryOccurrenceAndKeepsTheRestInOrder) {
     map.remove(7, 4);
     map.remove(8, 9);
     EXPECT_EQ(listOf(map, 7), (Entries{9, 2, 9}));
+}
+
+TEST(PostingMap, AStoredListIsAsLongAsItsImageHasRoomFor) {
+    PostingMap sound(8);
+    for (const std::uint32_t index : {5u, 6u, 7u}) append(sound, 9, index);
+    std::vector<std::uint8_t> bytes = written(sound);
+    bytes.resize(bytes.size() - 5);
+    PostingMap cut(8);
+    cut.beginStored(bytes, 1);
+    cut.addStored(0);
+    EXPECT_EQ(listOf(cut, 9), Entries{5});
+    PostingMap expected(8);
+    append(expected, 9, 5);
+    EXPECT_EQ(written(cut), written(expected));
+    cut.remove(9, 5);
+    append(cut, 9, 8);
+    EXPECT_EQ(listOf(cut, 9), Entries{8});
+}
+
+TEST(PostingMap, TheOrderOfAStoredListMayBeFoundLater) {
+    for (const Entries& entries : {Entries{1, 4, 4, 9}, Entries{4, 1, 9, 4}}) {
+        PostingMap sound(8);
+        for (const std::uint32_t index : entries) append(sound, 9, index);
+        std::vector<std::uint8_t> bytes = written(sound);
+        PostingMap shown(8);
+        shown.beginStored(bytes, 1);
+        shown.addStored(0, PostingMap::Order::FoundWhenAsked);
+        std::vector<std::uint8_t> again = bytes;
+        PostingMap changed(8);
+        changed.beginStored(again, 1);
+        changed.addStored(0, PostingMap::Order::FoundWhenAsked);
+        shown.forEachSegment(*shown.find(9), [&](const PostingSegment& segment) {
+            EXPECT_EQ(segment.ascending, std::is_sorted(entries.begin(), entries.end()));
+        });
+        changed.remove(9, 4);
+        EXPECT_EQ(listOf(changed, 9), (Entries{1, 9}));
+    }
 }
 
 TEST(PostingMap, KeepsAListThatBecameEmpty) {
