@@ -9,6 +9,7 @@
 #include "index/extension_table.h"
 #include "index/grams.h"
 #include "index/search_query.h"
+#include "index/unit_vector.h"
 #include "platform/text.h"
 
 namespace varnelo {
@@ -20,6 +21,22 @@ std::vector<std::uint16_t> loweredUnits(std::wstring_view text) {
     std::transform(text.begin(), text.end(), units.begin(),
                    [](wchar_t unit) { return lowerNameUnit(static_cast<std::uint16_t>(unit)); });
     return units;
+}
+
+// Bit i: the value stands at `begin` + i. Up to 64 places.
+std::uint64_t placesOf(std::uint16_t value, const FlatArray<std::uint16_t>& column, std::size_t begin) {
+    std::uint64_t places = 0;
+    const std::size_t count = std::min<std::size_t>(64, column.size() - begin);
+    const std::uint16_t* values = column.data() + begin;
+    std::size_t i = 0;
+    const __m128i wanted = _mm_set1_epi16(static_cast<short>(value));
+    for (; i + 16 <= count; i += 16) {
+        const __m128i same = _mm_packs_epi16(_mm_cmpeq_epi16(loadVector(values + i), wanted),
+                                             _mm_cmpeq_epi16(loadVector(values + i + 8), wanted));
+        places |= static_cast<std::uint64_t>(_mm_movemask_epi8(same)) << i;
+    }
+    for (; i < count; ++i) places |= std::uint64_t{values[i] == value} << i;
+    return places;
 }
 
 }  // namespace
@@ -60,14 +77,20 @@ void NameSearch::collect(const Marks& marks, Ids& found) const {
 }
 
 void NameSearch::findExtensions(const std::vector<std::wstring>& wanted, Ids& found) const {
-    std::vector<std::uint8_t> isWanted;
+    std::vector<std::uint16_t> ids;
     for (const std::wstring& extension : wanted) {
-        const auto id = from.extensions.find(extension);
-        if (!id) continue;
-        isWanted.resize(0x10000);
-        isWanted[*id] = 1;
+        if (const auto id = from.extensions.find(extension)) ids.push_back(*id);
     }
-    if (!isWanted.empty()) collectByValue(from.columns.extensions(), isWanted, found);
+    if (ids.empty()) return;
+    const FlatArray<std::uint16_t>& column = from.columns.extensions();
+    const FlatArray<std::uint64_t>& alive = from.columns.liveWords();
+    Marks marks;
+    marks.assign(alive.size(), 0);
+    for (const std::uint16_t id : ids) {
+        for (std::size_t w = 0; w < marks.size(); ++w) marks[w] |= placesOf(id, column, w * 64);
+    }
+    for (std::size_t w = 0; w < marks.size(); ++w) marks[w] &= alive[w];
+    collect(marks, found);
 }
 
 void NameSearch::collectByValue(const FlatArray<std::uint16_t>& column,
