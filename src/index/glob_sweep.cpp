@@ -80,8 +80,13 @@ private:
     SweptPlaces places;
 };
 
-GlobSweep::GlobSweep(std::span<const Glob> globs, const NamePool& pool)
-    : names(pool), pass(std::make_unique<Pass>(globs)) {
+// The word with the NUL before the first name is swept too. What else ends in it may be told wrongly, and is
+// not asked for: its beginning was not seen.
+GlobSweep::GlobSweep(std::span<const Glob> globs, const NamePool& pool, std::size_t firstOffset)
+    : names(pool),
+      pass(std::make_unique<Pass>(globs)),
+      begun(firstOffset == 0 ? 0 : (firstOffset - 1) / kPlaces),
+      swept(begun) {
     ends.resizeUnwritten(names.size() / kPlaces + 1);
     matches.resizeUnwritten(ends.size());
 }
@@ -113,7 +118,10 @@ GlobSweep::Answers GlobSweep::answersFor(const RecordColumns& columns, std::size
     return answerEach({offsets, std::min(left, kMostAtOnce)}, lengths);
 }
 
-bool GlobSweep::begins(std::size_t offset) const { return offset == 0 || bitAt(ends, offset - 1) != 0; }
+bool GlobSweep::begins(std::size_t offset) const {
+    if (offset == 0) return begun == 0;
+    return (offset - 1) / kPlaces >= begun && bitAt(ends, offset - 1) != 0;
+}
 
 // No length reaches beyond a NUL. So, if there are as many NULs as names, each name ends before one.
 std::optional<std::uint64_t> GlobSweep::matchesInRow(const std::uint32_t* offsets,
@@ -162,9 +170,12 @@ GlobSweep::Answers GlobSweep::answerEach(std::span<const std::uint32_t> offsets,
         if (!names.holds(offsets[i])) continue;
         const std::size_t end = offset + lengths[i];
         sweepTo(end);
-        const std::uint64_t known = begins(offset) ? bitAt(ends, end) : 0;
-        answers.matching |= (bitAt(matches, end) & known) << i;
-        answers.unknown |= (known ^ 1) << i;
+        const bool known = begins(offset) && bitAt(ends, end) != 0;
+        if (known) {
+            answers.matching |= bitAt(matches, end) << i;
+        } else {
+            answers.unknown |= std::uint64_t{1} << i;
+        }
     }
     return answers;
 }

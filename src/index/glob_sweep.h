@@ -12,21 +12,21 @@
 
 namespace varnelo {
 
-// Patterns tried on everything in a pool, in one pass from its beginning to its end. The time is that of the
-// pool's size and of the patterns' lengths, whatever the names hold and however many of them match.
+// Patterns tried on everything in a pool, in one pass from some place on towards its end. The time is that of
+// the units swept and of the patterns' lengths, whatever the names hold and however many of them match.
 class GlobSweep {
 public:
     static constexpr std::size_t kMostAtOnce = 64;
 
-    // The names stay as they are meanwhile.
-    GlobSweep(std::span<const Glob> globs, const NamePool& names);
+    // The names stay as they are meanwhile. The sweep begins at the name at `firstOffset`.
+    GlobSweep(std::span<const Glob> globs, const NamePool& names, std::size_t firstOffset = 0);
     ~GlobSweep();
 
     // For names that are asked about together, a bit for each.
     struct Answers {
         std::uint64_t matching = 0;
-        // The name does not begin behind a NUL, or does not end before one: a damaged file has such. The
-        // sweep knows nothing of it.
+        // The name lies before those that are swept. Or it does not begin behind a NUL, or does not end
+        // before one: a damaged file has such. The sweep knows nothing of it.
         std::uint64_t unknown = 0;
     };
     // Of the kMostAtOnce records from `begin` on, or fewer, at least one. A name out of range does not match.
@@ -49,7 +49,8 @@ private:
 
     const NamePool& names;
     std::unique_ptr<Pass> pass;
-    std::size_t swept = 0;  // words of these:
+    std::size_t begun;  // the first word of these, and the one behind the last:
+    std::size_t swept;
     // A bit for each place of the pool and the one behind it.
     FlatArray<std::uint64_t> ends;     // NULs
     FlatArray<std::uint64_t> matches;  // NULs behind names that match

@@ -68,6 +68,9 @@ private:
     void findPatterns(const std::vector<Glob>& globs, Ids& found) const;
     void findByLengths(const std::vector<Glob>& globs, Ids& found) const;
     void findBySweep(const std::vector<Glob>& globs, Ids& found) const;
+    // Marks the live records that match, of those of some words.
+    void sweepWords(const std::vector<Glob>& globs, std::size_t beginWord, std::size_t endWord,
+                    Marks& matches) const;
     // False: too many records may match to look at them one by one.
     bool markCandidates(const std::vector<Glob>& globs, Marks& candidates) const;
 

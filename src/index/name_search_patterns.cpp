@@ -2,6 +2,7 @@
 #include <bit>
 
 #include "index/glob_sweep.h"
+#include "index/in_stretches.h"
 #include "index/name_filter.h"
 #include "index/name_search.h"
 
@@ -44,11 +45,25 @@ void NameSearch::findByLengths(const std::vector<Glob>& globs, Ids& found) const
 }
 
 void NameSearch::findBySweep(const std::vector<Glob>& globs, Ids& found) const {
-    GlobSweep sweep(globs, from.names);
-    const FlatArray<std::uint64_t>& alive = from.columns.liveWords();
+    // 65,536 records: their names take so long that to start a thread counts for little.
+    constexpr std::size_t kWordsAtOnce = 1024;
     Marks matches;
-    matches.resizeUnwritten(alive.size());
-    for (std::size_t w = 0; w < alive.size(); ++w) {
+    matches.resizeUnwritten(from.columns.liveWords().size());
+    inStretches(matches.size(), kWordsAtOnce,
+                [&](std::size_t begin, std::size_t end) { sweepWords(globs, begin, end, matches); });
+    collect(matches, found);
+}
+
+void NameSearch::sweepWords(const std::vector<Glob>& globs, std::size_t beginWord, std::size_t endWord,
+                            Marks& matches) const {
+    const auto offsetsAt = [&](std::size_t word) {
+        return from.columns.nameOffsets().begin() +
+               std::min(word * GlobSweep::kMostAtOnce, from.columns.size());
+    };
+    if (beginWord == endWord) return;
+    GlobSweep sweep(globs, from.names, *std::min_element(offsetsAt(beginWord), offsetsAt(endWord)));
+    const FlatArray<std::uint64_t>& alive = from.columns.liveWords();
+    for (std::size_t w = beginWord; w < endWord; ++w) {
         const std::size_t begin = w * GlobSweep::kMostAtOnce;
         const GlobSweep::Answers answers = sweep.answersFor(from.columns, begin);
         matches[w] = answers.matching & alive[w];
@@ -58,7 +73,6 @@ void NameSearch::findBySweep(const std::vector<Glob>& globs, Ids& found) const {
             if (matchesOneOf(globs, name)) matches[w] |= lowest;
         }
     }
-    collect(matches, found);
 }
 
 bool NameSearch::markCandidates(const std::vector<Glob>& globs, Marks& candidates) const {

@@ -110,6 +110,37 @@ TEST_F(GlobSweepTest, RecordsMayNameThePoolInAnyOrder) {
     EXPECT_EQ(unknown.size(), 0u);
 }
 
+TEST_F(GlobSweepTest, ASweepMayBeginAtAnyName) {
+    for (int i = 0; i < 1000; ++i) named(anyName(i % 20 == 0 ? 300 : 24));
+    std::size_t known = 0;
+    for (std::uint32_t first = 0; first < 1000; ++first) {
+        const std::vector<Glob> globs = {anyGlob(), anyGlob()};
+        GlobSweep sweep(globs, pool, columns.nameOffsets()[first]);
+        // A row that is swept, and one of names before it too.
+        for (const std::size_t begin : {first, first / 2}) {
+            const GlobSweep::Answers answers = sweep.answersFor(columns, begin);
+            for (std::size_t i = 0; i < std::min(GlobSweep::kMostAtOnce, columns.size() - begin); ++i) {
+                const bool unknownOne = (answers.unknown >> i & 1) != 0;
+                ASSERT_FALSE(unknownOne && begin + i >= first) << first << ": " << begin + i;
+                known += unknownOne ? 0 : 1;
+                ASSERT_EQ((answers.matching >> i & 1) != 0, !unknownOne && matchesAny(globs, begin + i))
+                    << first << ": " << begin + i;
+            }
+        }
+    }
+    EXPECT_GT(known, 60000u);
+}
+
+TEST_F(GlobSweepTest, ASweepMayBeginBehindThePool) {
+    named(L"abc");
+    named(L"abc");
+    const std::vector<Glob> globs = {Glob({'*'})};
+    GlobSweep sweep(globs, pool, 0xFFFFFFFF);
+    const GlobSweep::Answers answers = sweep.answersFor(columns, 0);
+    EXPECT_EQ(answers.matching, 0u);
+    EXPECT_EQ(answers.unknown, 3u);
+}
+
 TEST_F(GlobSweepTest, NamesMayBeLongerThanWhatIsSweptAtOnce) {
     for (const std::size_t size : {63, 64, 65, 2047, 2048, 2049, 10000, 32766}) {
         named(std::wstring(size, L'a') + L"-");

@@ -293,6 +293,28 @@ TEST_F(SearchNamesTest, AFrequentUnitIsSweptForAndARareOneLookedUp) {
     EXPECT_EQ(index.searchNames(L"*e"), Ids{7});
 }
 
+// More than are swept at once.
+TEST_F(SearchNamesTest, AHundredThousandNamesAreSweptInStretches) {
+    constexpr std::uint32_t kFiles = 70'000;
+    std::mt19937 random(7);
+    Names names(kFiles);
+    for (std::wstring& name : names) {
+        for (std::uint32_t size = 1 + random() % 8; size != 0; --size) name += L"abcE.-"[random() % 6];
+        file(name);
+    }
+    for (int i = 0; i < 300; ++i) index.removeRecord(random() % kFiles);
+    // Their names lie behind all others now.
+    for (int i = 0; i < 5; ++i) {
+        const std::uint32_t id = random() % kFiles;
+        if (!record(id).deleted()) index.renameRecord(id, {24 + id, kRootFrn, 0, 0, 0, 0}, L"renamed-e");
+    }
+    for (const wchar_t* query : {L"*a*e*", L"*e", L"a*;*-c", L"?b*e"}) {
+        const Ids ids = index.searchNames(query);
+        EXPECT_GT(ids.size(), 1000u) << utf8FromWide(query);
+        EXPECT_TRUE(ids == plain::search(index, query)) << utf8FromWide(query);
+    }
+}
+
 // Bytes behind the header of a cache file are changed at random. What a search then finds, it finds in names.
 TEST_F(SearchNamesTest, DamagedNamesAndListsGiveNoFalseHits) {
     std::mt19937 random(6);
