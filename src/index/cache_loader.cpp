@@ -172,10 +172,17 @@ private:
         const std::uint64_t count = lists.u64();
         if (!lists.good() || count > fileSize)
             return refuse(name + L"size invalid (" + text(count) + L")", lists.good());
-        // So many lists at most: there are no more keys, and no more fit into the file.
+        // So many lists at most that are not empty: there are no more keys, and no more fit into the file.
         const std::uint64_t keys = keyBytes == 2 ? 0x10000 : count;
-        const std::uint64_t fitting = (image.size() - lists.position()) / (keyBytes + 8);
+        const std::uint64_t fitting = (image.size() - lists.position()) / (keyBytes + 8 + 4);
         map.beginStored(image, std::min({count, keys, fitting}));
+        const bool complete = readStoredLists(map, name, keyBytes, count, lists);
+        map.endStored();
+        return complete;
+    }
+
+    bool readStoredLists(PostingMap& map, const std::wstring& name, std::size_t keyBytes, std::uint64_t count,
+                         CacheInput& lists) {
         const auto order = inPlace ? PostingMap::Order::FoundWhenAsked : PostingMap::Order::FoundNow;
         for (std::uint64_t i = 0; i < count; ++i) {
             const std::uint64_t begin = lists.position();

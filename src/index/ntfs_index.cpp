@@ -37,7 +37,8 @@ void NTFSIndex::enterKey(std::uint32_t index) {
 // Tombstones too, and the last record of a key wins.
 void NTFSIndex::enterKeys() {
     keysEntered = true;
-    keys.reserve(table.size(), [](std::uint32_t) { return std::uint64_t{0}; });
+    // Half full: to look at a place that is taken is to look at a record.
+    keys.reserve(table.size() + table.size() / 3 * 2, [](std::uint32_t) { return std::uint64_t{0}; });
     for (std::uint32_t i = 0; i < table.size(); ++i) enterKey(i);
 }
 

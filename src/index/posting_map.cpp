@@ -47,9 +47,12 @@ std::optional<std::uint32_t> PostingMap::findSettled(std::uint64_t key, std::uin
 
 std::uint64_t PostingMap::keyOf(std::uint32_t list) const {
     const Ref& ref = refs[list];
-    if (ref.hasBody) return bodies[ref.at].key;
+    return ref.hasBody ? bodies[ref.at].key : storedKeyAt(ref.at);
+}
+
+std::uint64_t PostingMap::storedKeyAt(std::size_t offset) const {
     std::uint64_t key = 0;
-    std::memcpy(&key, image.data() + ref.at, keyWidth);
+    std::memcpy(&key, image.data() + offset, keyWidth);
     return key;
 }
 
@@ -276,46 +279,87 @@ void PostingMap::clear() {
     newest = 0;
     mayDescend = false;
     image = {};
+    firstEmpty = lastEmpty = std::nullopt;
     blocks.clear();
     free = nullptr;
     freeBytes = 0;
 }
 
+// Where lists are long, room to spare makes them found sooner.
 void PostingMap::beginStored(std::span<std::uint8_t> storedImage, std::size_t lists) {
+    constexpr std::size_t kBytesForSpareRoom = 64;
     clear();
     image = storedImage;
     refs.reserve(lists);
-    slots.reserve(lists, [](std::uint32_t) { return std::uint64_t{0}; });
+    slots.reserve(std::max(lists, std::min(2 * lists, image.size() / kBytesForSpareRoom)),
+                  [](std::uint32_t) { return std::uint64_t{0}; });
 }
 
 void PostingMap::addStored(std::size_t offset, Order order) {
-    std::uint64_t key = 0;
-    std::memcpy(&key, image.data() + offset, keyWidth);
+    const std::uint64_t key = storedKeyAt(offset);
     const std::uint64_t hash = mixedHash(key);
+    const Ref ref{offset, tagOf(hash), 0, 0, 0, 0};
+    if (storedAt(ref).count == 0) {
+        if (!firstEmpty) firstEmpty = offset;
+        lastEmpty = offset;
+        return;
+    }
     if (findSettled(key, hash)) return;
-    refs.push_back({offset, tagOf(hash), 0, 0, 0, 0});
+    refs.push_back(ref);
     const auto list = static_cast<std::uint32_t>(refs.size() - 1);
     if (order == Order::FoundNow) findOrder(list);
     slots.add(hash, list, [this](std::uint32_t id) { return hashOf(id); });
 }
 
+// Where an empty list stands before one with its key, that one does not count.
+void PostingMap::endStored() {
+    forEachStoredEmpty([this](std::size_t offset) {
+        const std::uint64_t key = storedKeyAt(offset);
+        const auto list = findSettled(key, mixedHash(key));
+        if (list && refs[*list].at > offset) refs[*list].at = offset;
+    });
+}
+
+template <class Use>
+void PostingMap::forEachStoredEmpty(Use use) const {
+    if (!firstEmpty) return;
+    const std::size_t headerBytes = keyWidth + 8;
+    // A file that is shown where it lies may change beneath us.
+    for (std::size_t at = *firstEmpty; at <= *lastEmpty && image.size() - at >= headerBytes;) {
+        const std::size_t count = storedAt({at, 0, 0, 0, 0, 0}).count;
+        if (count == 0) use(at);
+        at += headerBytes + 4 * count;
+    }
+}
+
+std::vector<std::uint64_t> PostingMap::emptyKeys() const {
+    std::vector<std::uint64_t> keys;
+    forEachStoredEmpty([&](std::size_t offset) {
+        const std::uint64_t key = storedKeyAt(offset);
+        if (!findSettled(key, mixedHash(key))) keys.push_back(key);
+    });
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    return keys;
+}
+
 void PostingMap::writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const {
     settle();
+    const auto writeList = [&](std::uint64_t key, const void* content, std::uint64_t count) {
+        write({reinterpret_cast<const std::uint8_t*>(&key), keyWidth});
+        write({reinterpret_cast<const std::uint8_t*>(&count), 8});
+        write({static_cast<const std::uint8_t*>(content), 4 * count});
+    };
     for (std::uint32_t list = 0; list < refs.size(); ++list) {
-        const std::uint64_t key = keyOf(list);
-        const auto writeList = [&](const void* content, std::uint64_t count) {
-            write({reinterpret_cast<const std::uint8_t*>(&key), keyWidth});
-            write({reinterpret_cast<const std::uint8_t*>(&count), 8});
-            write({static_cast<const std::uint8_t*>(content), 4 * count});
-        };
         if (refs[list].hasBody) {
             const std::vector<std::uint32_t> left = entries(list);
-            writeList(left.data(), left.size());
+            writeList(keyOf(list), left.data(), left.size());
         } else {
             const PostingSegment stored = storedAt(refs[list]);
-            writeList(stored.entries, stored.count);
+            writeList(keyOf(list), stored.entries, stored.count);
         }
     }
+    for (const std::uint64_t key : emptyKeys()) writeList(key, nullptr, 0);
 }
 
 }  // namespace varnelo

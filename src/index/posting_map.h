@@ -19,8 +19,8 @@ namespace varnelo {
 // came; one that becomes empty stays.
 //
 // A list that came from a file lies where it was read to, key and count before its entries, and costs a dozen
-// bytes more. Only when it changes does it get a body of its own, to which chunks of new entries are
-// chained; what is removed is marked in place.
+// bytes more, or none if it is empty. Only when it changes does it get a body of its own, to which chunks of
+// new entries are chained; what is removed is marked in place.
 //
 // New entries are collected: a million names have twenty million threes, and each would otherwise cost a few
 // misses of the cache.
@@ -29,10 +29,12 @@ public:
     // `keyBytes` is the width of a key in a file: 2, 4 or 8.
     explicit PostingMap(std::size_t keyBytes) : keyWidth(keyBytes) {}
 
+    // Lists, empty ones included.
     std::size_t size() const {
         settle();
-        return refs.size();
+        return refs.size() + emptyKeys().size();
     }
+    // None for a list that was empty in a file.
     std::optional<std::uint32_t> find(std::uint64_t key) const;
     std::uint64_t keyOf(std::uint32_t list) const;
 
@@ -56,12 +58,14 @@ public:
     void remove(std::uint64_t key, std::uint32_t index);
     void clear();
 
-    // Lists of a file follow, in memory that stays alive and writable until clear(). Clears.
+    // Lists of a file follow, so many at most that are not empty, in memory that stays alive and writable
+    // until clear(). Clears.
     void beginStored(std::span<std::uint8_t> storedImage, std::size_t lists);
-    // The list whose key stands at `offset` of the image; of two with one key the first stays. Whether it
-    // ascends is found out by reading all of it.
+    // The list whose key stands at `offset` of the image, behind those added before; of two with one key the
+    // first stays. Whether it ascends is found out by reading all of it.
     enum class Order { FoundNow, FoundWhenAsked };
     void addStored(std::size_t offset, Order order = Order::FoundNow);
+    void endStored();
 
     // Hands the bytes of all lists, as a file holds them, to `write`.
     void writeTo(const std::function<void(std::span<const std::uint8_t>)>& write) const;
@@ -99,7 +103,13 @@ private:
     std::uint64_t hashOf(std::uint32_t list) const { return mixedHash(keyOf(list)); }
     std::optional<std::uint32_t> findSettled(std::uint64_t key, std::uint64_t hash) const;
     std::uint32_t findOrAdd(std::uint64_t key, std::uint64_t hash);
+    std::uint64_t storedKeyAt(std::size_t offset) const;
     PostingSegment storedAt(const Ref& ref) const;
+    // Calls use(offset) for the empty lists of the file.
+    template <class Use>
+    void forEachStoredEmpty(Use use) const;
+    // Of those among them that nothing was added to.
+    std::vector<std::uint64_t> emptyKeys() const;
     // Finds out whether a stored list ascends. Like settle() in what it changes.
     void findOrder(std::uint32_t list) const;
     static PostingSegment segmentOf(const Body& body, Chunk* chunk);
@@ -120,6 +130,8 @@ private:
     FlatArray<Ref> refs;
     FlatArray<Body> bodies;
     std::span<std::uint8_t> image;
+    // The first and the last empty list in the image.
+    std::optional<std::size_t> firstEmpty, lastEmpty;
     // Entries that wait: the key and, in the low 16 bits, a place in `waitingIndices`.
     FlatArray<std::uint64_t> waiting;
     FlatArray<std::uint32_t> waitingIndices;

@@ -33,7 +33,7 @@ public:
     // For an id that is known not to be there.
     template <class HashOf>
     void add(std::uint64_t hash, std::uint32_t id, HashOf hashOf) {
-        if ((used + 1) * 5 > slots.size() * 4) grow(used + 1, hashOf);
+        if ((used + 1) * 5 > slots.size() * 4) grow(2 * used + 12, hashOf);
         place(hash, id + 1);
         ++used;
     }
@@ -42,9 +42,9 @@ public:
         std::size_t hole = slotOf(hash, isSame);
         if (hole == kNone) return;
         // Whoever stands behind the hole and could not be found across it moves into it.
-        for (std::size_t next = (hole + 1) & mask(); slots[next] != 0; next = (next + 1) & mask()) {
-            const std::size_t home = hashOf(slots[next] - 1) & mask();
-            if (((next - home) & mask()) < ((next - hole) & mask())) continue;
+        for (std::size_t next = behind(hole); slots[next] != 0; next = behind(next)) {
+            const std::size_t home = homeOf(hashOf(slots[next] - 1));
+            if (distance(home, next) < distance(hole, next)) continue;
             slots[hole] = slots[next];
             hole = next;
         }
@@ -61,39 +61,42 @@ public:
         used = 0;
     }
     // Where find(hash) will look first: for a prefetch.
-    const void* home(std::uint64_t hash) const { return slots.empty() ? nullptr : &slots[hash & mask()]; }
+    const void* home(std::uint64_t hash) const { return slots.empty() ? nullptr : &slots[homeOf(hash)]; }
 
 private:
     static constexpr std::size_t kNone = ~std::size_t{0};
 
-    std::size_t mask() const { return slots.size() - 1; }
+    // The lower half of the hash tells it, as a share of all slots; the upper bits are the callers'.
+    std::size_t homeOf(std::uint64_t hash) const { return (hash & 0xFFFFFFFF) * slots.size() >> 32; }
+    std::size_t behind(std::size_t slot) const { return slot + 1 == slots.size() ? 0 : slot + 1; }
+    std::size_t distance(std::size_t from, std::size_t to) const {
+        return to >= from ? to - from : to + slots.size() - from;
+    }
 
     template <class IsSame>
     std::size_t slotOf(std::uint64_t hash, IsSame isSame) const {
         if (slots.empty()) return kNone;
-        for (std::size_t slot = hash & mask(); slots[slot] != 0; slot = (slot + 1) & mask()) {
+        for (std::size_t slot = homeOf(hash); slots[slot] != 0; slot = behind(slot)) {
             if (isSame(slots[slot] - 1)) return slot;
         }
         return kNone;
     }
     void place(std::uint64_t hash, std::uint32_t stored) {
-        std::size_t slot = hash & mask();
-        while (slots[slot] != 0) slot = (slot + 1) & mask();
+        std::size_t slot = homeOf(hash);
+        while (slots[slot] != 0) slot = behind(slot);
         slots[slot] = stored;
     }
     template <class HashOf>
     void grow(std::size_t ids, HashOf hashOf) {
-        std::size_t wanted = 16;
-        while (ids * 5 > wanted * 4) wanted *= 2;
         const FlatArray<std::uint32_t> old = std::move(slots);
         slots = {};
-        slots.assign(wanted, 0);
+        slots.assign(ids + ids / 4 + 1, 0);
         for (const std::uint32_t stored : old) {
             if (stored != 0) place(hashOf(stored - 1), stored);
         }
     }
 
-    FlatArray<std::uint32_t> slots;  // id + 1, 0 for none; a power of two
+    FlatArray<std::uint32_t> slots;  // id + 1, 0 for none
     std::size_t used = 0;
 };
 

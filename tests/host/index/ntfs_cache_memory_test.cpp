@@ -59,5 +59,29 @@ TEST_F(NtfsCacheMemoryTest, ACountThatLiesMakesNoLoadTakeTwiceTheFile) {
     }
 }
 
+TEST_F(NtfsCacheMemoryTest, AsManyListsAsFitMakeNoLoadTakeMoreThanTwiceTheFile) {
+    for (const int map : {0, 1, 2}) {
+        for (const std::uint32_t entries : {0u, 1u, 2u}) {
+            for (const std::uint64_t lists : {20'000u, 52'429u, 65'536u, 104'858u}) {
+                if (map == 0 && lists > 0x10000) continue;
+                CacheBytes made = CacheBytes().emptyUpTo(4 + map).count(lists);
+                for (std::uint32_t key = 0; key < lists; ++key) {
+                    if (map == 0) made.u16(static_cast<std::uint16_t>(key));
+                    if (map == 1) made.u32(key);
+                    if (map == 2) made.u64(key);
+                    made.u64(entries);
+                    for (std::uint32_t i = 0; i < entries; ++i) made.u32(i);
+                }
+                for (int behind = map; behind < 2; ++behind) made.u64(0);
+                NTFSIndex loaded;
+                ASSERT_TRUE(loadBytes(loaded, made.bytes()));
+                const PostingMap* maps[] = {&loaded.unigrams(), &loaded.bigrams(), &loaded.trigrams()};
+                EXPECT_EQ(maps[map]->size(), lists);
+                EXPECT_LE(share(made.bytes()), 2.0) << map << ": " << lists << " of " << entries;
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace varnelo

@@ -35,6 +35,23 @@ void read(PostingMap& map, std::size_t keyBytes, std::vector<std::uint8_t>& byte
         map.addStored(at);
         at += keyBytes + 8 + 4 * count;
     }
+    map.endStored();
+}
+
+// The bytes of lists.
+std::vector<std::uint8_t> stored(const std::vector<std::pair<std::uint64_t, Entries>>& lists) {
+    std::vector<std::uint8_t> bytes;
+    const auto add = [&](const void* from, std::size_t count) {
+        const auto* begin = static_cast<const std::uint8_t*>(from);
+        bytes.insert(bytes.end(), begin, begin + count);
+    };
+    for (const auto& [key, entries] : lists) {
+        const std::uint64_t count = entries.size();
+        add(&key, 8);
+        add(&count, 8);
+        add(entries.data(), 4 * entries.size());
+    }
+    return bytes;
 }
 
 TEST(PostingMap, KeepsTheOrderOfEntriesAndEveryDuplicate) {
@@ -99,6 +116,43 @@ TEST(PostingMap, KeepsAListThatBecameEmpty) {
     EXPECT_TRUE(map.find(7));
     EXPECT_EQ(listOf(map, 7), Entries{});
     EXPECT_EQ(map.size(), 1u);
+}
+
+TEST(PostingMap, EmptyListsOfAFileStay) {
+    std::vector<std::uint8_t> bytes = stored({{2, {5, 6}}, {1, {}}, {4, {}}, {9, {3}}, {4, {}}});
+    PostingMap map(8);
+    read(map, 8, bytes);
+    EXPECT_EQ(map.size(), 4u);
+    EXPECT_EQ(written(map), stored({{2, {5, 6}}, {9, {3}}, {1, {}}, {4, {}}}));
+    append(map, 4, 7);
+    EXPECT_EQ(listOf(map, 4), Entries{7});
+    EXPECT_EQ(map.size(), 4u) << "it is the same list";
+    EXPECT_EQ(written(map), stored({{2, {5, 6}}, {9, {3}}, {4, {7}}, {1, {}}}));
+    map.clear();
+    EXPECT_EQ(map.size(), 0u);
+}
+
+TEST(PostingMap, OfTwoStoredListsWithOneKeyTheFirstStaysThoughItIsEmpty) {
+    std::vector<std::uint8_t> bytes =
+        stored({{1, {}}, {2, {5}}, {1, {6}}, {2, {}}, {3, {7}}, {3, {8}}, {2, {9}}});
+    PostingMap map(8);
+    read(map, 8, bytes);
+    EXPECT_EQ(listOf(map, 1), Entries{});
+    EXPECT_EQ(listOf(map, 2), Entries{5});
+    EXPECT_EQ(listOf(map, 3), Entries{7});
+    EXPECT_EQ(map.size(), 3u);
+    EXPECT_EQ(written(map), stored({{2, {5}}, {1, {}}, {3, {7}}}));
+}
+
+TEST(PostingMap, EmptyListsThatChangeInTheirFileDoNoHarm) {
+    std::vector<std::uint8_t> bytes = stored({{1, {}}, {2, {}}, {3, {}}});
+    PostingMap map(8);
+    read(map, 8, bytes);
+    for (std::uint64_t count : {std::uint64_t{1}, std::uint64_t{5}, ~std::uint64_t{0}}) {
+        std::memcpy(&bytes[8], &count, sizeof count);
+        EXPECT_LE(map.size(), 3u);
+        EXPECT_LE(written(map).size(), bytes.size());
+    }
 }
 
 TEST(PostingMap, WhatIsAddedAgainAfterItsRemovalStandsAtTheEnd) {
