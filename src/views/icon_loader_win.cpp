@@ -3,7 +3,9 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 #include "platform/com_apartment.h"
@@ -19,6 +21,7 @@ namespace {
 struct IconImage {
     UINT width = 0, height = 0;
     std::vector<std::uint32_t> pixels;  // 0xAARRGGBB, top row first
+    bool blank = false;                 // the icon has neither colours nor alpha
 };
 
 // The screen's device context, lent for a conversion.
@@ -72,7 +75,29 @@ IconImage imageOf(HICON icon) {
     image.height = static_cast<UINT>(size.bmHeight);
     image.pixels = pixelsOf(colour.get(), size.bmWidth, size.bmHeight);
     if (!image.pixels.empty()) {
+        image.blank =
+            std::all_of(image.pixels.begin(), image.pixels.end(), [](std::uint32_t p) { return p == 0; });
         alphaFromMask(image.pixels, pixelsOf(mask.get(), size.bmWidth, size.bmHeight));
+    }
+    return image;
+}
+
+// The system's list is one for the whole process and draws through one device context, which serves one
+// thread at a time: a copy that another thread is in the way of fails without a word, and leaves an icon
+// blank. So loaders take turns; the shell may still be adding to the list, and then the icon is asked for
+// again.
+IconImage imageAt(IImageList& list, int index) {
+    static std::mutex turn;
+    constexpr int kMostTries = 5;
+    constexpr DWORD kPauseMilliseconds = 5;
+    IconImage image;
+    for (int tries = 1; tries <= kMostTries; ++tries) {
+        if (tries > 1) Sleep(kPauseMilliseconds);
+        const std::lock_guard lock(turn);
+        IconHandle icon;
+        if (FAILED(list.GetIcon(index, ILD_NORMAL, icon.put())) || !icon) return {};
+        image = imageOf(icon.get());
+        if (!image.blank) break;
     }
     return image;
 }
@@ -150,9 +175,7 @@ std::shared_ptr<IconTexture> IconLoader::load(const ItemIdList& item) {
 
 std::shared_ptr<IconTexture> IconLoader::makeTexture(ID3D11Device* device, int imageIndex) {
     if (!extraLarge) return nullptr;
-    IconHandle icon;
-    if (FAILED(extraLarge->GetIcon(imageIndex, ILD_NORMAL, icon.put())) || !icon) return nullptr;
-    const IconImage image = imageOf(icon.get());
+    const IconImage image = imageAt(*extraLarge.get(), imageIndex);
     if (image.pixels.empty()) return nullptr;
     std::shared_ptr<IconTexture> texture = createTexture(device, image);
     if (texture) ++made;
