@@ -77,10 +77,10 @@ TEST_F(GridLayoutTest, SnappingHugsWholeColumns) {
 }
 
 TEST_F(GridLayoutTest, APaneAnchoredAtTheRightKeepsItsRightEdgeWhenItSnaps) {
-    ViewRect rect{50, 0, 480, 300};
+    ViewRect rect{50, 0, 500, 300};
     grid.setViewRect(rect, true, 1);
     EXPECT_EQ(rect.w, 5 * kCellWidth + 10);
-    EXPECT_EQ(rect.x + rect.w, 530);
+    EXPECT_EQ(rect.x + rect.w, 550);
 }
 
 TEST_F(GridLayoutTest, AnyOtherAnchorIsTheLeftEdge) {

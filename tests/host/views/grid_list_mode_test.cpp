@@ -97,6 +97,20 @@ TEST_F(GridListTest, AnotherColumnStartsAscendingAgain) {
     EXPECT_EQ(cellNames(), (Words{L"c", L"b", L"a"}));
 }
 
+TEST_F(GridListTest, ThePathsColumnSortsByWholePathsAndTheNamesColumnByNamesAlone) {
+    std::vector<FileEntry> entries;
+    for (const auto& [path, name] :
+         {std::pair{L"X:\\c\\a", L"a"}, {L"X:\\B\\b", L"b"}, {L"X:\\a\\C", L"C"}}) {
+        entries.push_back(item(path));
+        entries.back().displayName = name;
+    }
+    givenResults(std::move(entries));
+    clickColumn(SortColumn::Name);
+    EXPECT_EQ(cellNames(), (Words{L"X:\\c\\a", L"X:\\B\\b", L"X:\\a\\C"}));
+    clickColumn(SortColumn::Path);
+    EXPECT_EQ(cellNames(), (Words{L"X:\\a\\C", L"X:\\B\\b", L"X:\\c\\a"}));
+}
+
 TEST_F(GridListTest, ARowOfNoSearchResultSortsAsZero) {
     givenResults({result(L"big", 5, 5), item(L"none"), result(L"empty", 0, 9)});
     clickColumn(SortColumn::Size);
