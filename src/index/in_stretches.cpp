@@ -4,7 +4,6 @@
 #include <array>
 #include <atomic>
 #include <exception>
-#include <system_error>
 #include <thread>
 
 #include "app/crash_guard.h"
@@ -47,8 +46,8 @@ void inStretches(std::size_t count, std::size_t length,
                 work(exception);
             });
         }
-    } catch (const std::system_error&) {
-        // This one does it all.
+    } catch (const std::exception&) {
+        // No thread or no memory for one: those that there are do it all.
     }
     work(thrown[0]);
     for (std::thread& other : others) {

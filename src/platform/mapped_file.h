@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 namespace varnelo {
 
@@ -16,7 +17,7 @@ public:
     MappedFile() = default;
     MappedFile(MappedFile&& other) noexcept { swap(other); }
     MappedFile& operator=(MappedFile&& other) noexcept {
-        MappedFile taken(static_cast<MappedFile&&>(other));
+        MappedFile taken(std::move(other));
         swap(taken);
         return *this;
     }
@@ -34,7 +35,11 @@ public:
     void close();
 
 private:
-    void swap(MappedFile& other) noexcept;
+    void swap(MappedFile& other) noexcept {
+        std::swap(view, other.view);
+        std::swap(size, other.size);
+        std::swap(file, other.file);
+    }
 
     std::uint8_t* view = nullptr;
     std::size_t size = 0;

@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <utility>
-
 #include "platform/utf.h"
 
 namespace varnelo {
@@ -41,12 +39,6 @@ void MappedFile::close() {
     view = nullptr;
     size = 0;
     file = -1;
-}
-
-void MappedFile::swap(MappedFile& other) noexcept {
-    std::swap(view, other.view);
-    std::swap(size, other.size);
-    std::swap(file, other.file);
 }
 
 }  // namespace varnelo

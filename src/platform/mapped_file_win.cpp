@@ -1,7 +1,5 @@
 #include "platform/mapped_file.h"
 
-#include <utility>
-
 #include "platform/handles_win.h"
 
 namespace varnelo {
@@ -37,12 +35,6 @@ void MappedFile::close() {
     view = nullptr;
     size = 0;
     file = -1;
-}
-
-void MappedFile::swap(MappedFile& other) noexcept {
-    std::swap(view, other.view);
-    std::swap(size, other.size);
-    std::swap(file, other.file);
 }
 
 }  // namespace varnelo
