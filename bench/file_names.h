@@ -44,10 +44,20 @@ inline void addAll(NTFSIndex& index, const std::vector<std::wstring>& names) {
     }
 }
 
+template <class Work>
+double millisecondsOf(Work work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
 // The index of all names, built once.
 inline NTFSIndex& fullIndex() {
     static NTFSIndex index;
-    if (index.records().empty()) addAll(index, fileNames());
+    if (index.records().empty()) {
+        addAll(index, fileNames());
+        index.prepareSearches();
+    }
     return index;
 }
 
@@ -72,13 +82,6 @@ public:
         malloc_trim(0);
     }
 };
-
-template <class Work>
-double millisecondsOf(Work work) {
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
 
 inline double medianOf(std::vector<double> values) {
     std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),

@@ -40,7 +40,7 @@ public:
         // Nobody finds a record by its key before all have been read.
         index.keys.clear();
         index.keysEntered = true;
-        index.listsComplete = false;
+        index.lists = NTFSIndex::Lists::Doubtful;
         const bool complete = readRecords() && readPool() && readExtensions() && readLists();
         if (inPlace) {
             index.column.clear();
@@ -52,7 +52,7 @@ public:
         if (!complete) return false;
         index.keysEntered = false;
         if (!inPlace) index.enterKeys();
-        index.listsComplete = true;
+        index.lists = NTFSIndex::Lists::Claimed;
         info(L"loadCache: success \u2013 " + text(index.table.size()) + L" files, " +
              text(index.extensionTable.size()) + L" extensions");
         return true;

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "index/posting_map.h"
+#include "index/slot_table.h"
 
 namespace varnelo {
 
@@ -14,8 +15,8 @@ constexpr std::size_t kAtOnce = 64;
 
 // Calls use(map, keys) for the grams that begin in one stretch of the name after the other: the same for
 // names of any length, without memory of their own.
-template <class Use>
-void forGrams(NameUnits name, PostingMap& unigrams, PostingMap& bigrams, PostingMap& trigrams, Use use) {
+template <class Map, class Use>
+void forGrams(NameUnits name, Map& unigrams, Map& bigrams, Map& trigrams, Use use) {
     std::array<std::uint16_t, kAtOnce + 2> units{};
     std::array<std::uint64_t, kAtOnce> ones;
     std::array<std::uint64_t, kAtOnce> twos;
@@ -51,6 +52,20 @@ void removeGrams(NameUnits name, std::uint32_t index, PostingMap& unigrams, Post
     forGrams(name, unigrams, bigrams, trigrams, [&](PostingMap& map, std::span<const std::uint64_t> keys) {
         for (const std::uint64_t key : keys) map.remove(key, index);
     });
+}
+
+std::uint64_t gramWeight(std::size_t units, std::uint64_t key) {
+    return mixedHash(key | std::uint64_t{units} << 48);
+}
+
+std::uint64_t gramSum(NameUnits name) {
+    constexpr std::array<std::size_t, 3> kUnits{1, 2, 3};
+    std::uint64_t sum = 0;
+    forGrams(name, kUnits[0], kUnits[1], kUnits[2],
+             [&](std::size_t units, std::span<const std::uint64_t> keys) {
+                 for (const std::uint64_t key : keys) sum += gramWeight(units, key);
+             });
+    return sum;
 }
 
 }  // namespace varnelo

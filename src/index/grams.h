@@ -26,4 +26,9 @@ void appendGrams(NameUnits name, std::uint32_t index, PostingMap& unigrams, Post
 void removeGrams(NameUnits name, std::uint32_t index, PostingMap& unigrams, PostingMap& bigrams,
                  PostingMap& trigrams);
 
+// What a list's entry counts for in such a sum; `units` is the length of its gram.
+std::uint64_t gramWeight(std::size_t units, std::uint64_t key);
+// The weights of all grams of the name, each as often as it occurs.
+std::uint64_t gramSum(NameUnits name);
+
 }  // namespace varnelo

@@ -126,6 +126,7 @@ void IndexService::fill(const Texts& texts, bool loadFirst) {
 
     const bool hasRecords = !fresh->records().empty();
     const auto volumes = fresh->volumes;
+    if (!stopping) fresh->prepareSearches();
     publish(*fresh);
     if (!hasRecords || stopping) return;
     const bool readable =

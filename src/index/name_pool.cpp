@@ -10,6 +10,8 @@ namespace varnelo {
 std::wstring wideFromUnits(NameUnits units) { return {units.begin(), units.end()}; }
 
 std::uint32_t NamePool::add(std::wstring_view name) {
+    // The last name of a damaged file may lack its end: it does not grow with what follows.
+    if (!units.empty() && units.back() != 0) units.push_back(0);
     const std::size_t offset = units.size();
     units.makeRoom(name.size() + 1 + kReadableBeyond);
     units.resizeUnwritten(offset + name.size() + 1);

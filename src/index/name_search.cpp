@@ -146,7 +146,7 @@ void NameSearch::mark(const GramList& list, Marks& marks) const {
     });
 }
 
-NameSearch::Marks NameSearch::recordsInAll(const std::vector<GramList>& lists) const {
+NameSearch::Marks NameSearch::recordsInAll(std::span<const GramList> lists) const {
     // To read a list's entry costs a small part of what it costs to look at a name.
     constexpr std::size_t kEntriesForAName = 8;
     Marks marks;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "index/name_pool.h"
 #include "index/posting_map.h"
 #include "index/record_columns.h"
+#include "index/record_stamps.h"
 
 namespace varnelo {
 
@@ -25,9 +27,9 @@ public:
         const RecordColumns& columns;
         const NamePool& names;
         const ExtensionTable& extensions;
-        // The lists hold what the names ask for, as far as is known: a record whose name has a gram is in
-        // that gram's list.
-        bool listsComplete;
+        RecordStamps& stamps;
+        // A record is in a gram's list exactly if it is live and its name has the gram.
+        bool listsProven;
     };
 
     explicit NameSearch(const Source& source)
@@ -63,6 +65,12 @@ private:
     // The entries of the list of threes, in order, that are marked and whose names hold the text.
     void filterList(std::uint32_t list, const Marks& marks, const NameNeedle& needle, Ids& found) const;
     void findByAllTrigrams(const Units& text, std::uint32_t first, Ids& found) const;
+    // Stamps the records that are in all of the lists, of which there is one at least. False: so few were
+    // left in the midst of it that their names are looked at sooner.
+    bool stampThoseIn(std::span<const GramList> lists) const;
+    void keepHolding(const NameNeedle& needle, Ids& ids) const;
+    // Of records that have all threes of the text.
+    void dropThoseThatLack(const Units& text, const NameNeedle& needle, Ids& found) const;
     void findExtensions(const std::vector<std::wstring>& wanted, Ids& found) const;
 
     void findPatterns(const std::vector<Glob>& globs, Ids& found) const;
@@ -78,7 +86,7 @@ private:
     // name matches then.
     std::vector<GramList> gramsOf(GlobUnits pattern) const;
     // Marks the live records that stand in all of the lists, and perhaps some more.
-    Marks recordsInAll(const std::vector<GramList>& lists) const;
+    Marks recordsInAll(std::span<const GramList> lists) const;
     void mark(const GramList& list, Marks& marks) const;
     // Takes away the marks that are not in the list; answers how many of its entries are marked.
     std::size_t keepMarked(const GramList& list, Marks& marks) const;

@@ -19,7 +19,9 @@ bool matchesOneOf(const std::vector<Glob>& globs, NameUnits name) {
 void NameSearch::findPatterns(const std::vector<Glob>& globs, Ids& found) const {
     if (globs.empty()) return;
     const auto lengthTells = [](const Glob& glob) { return glob.wildcardsOnly(); };
-    if (std::all_of(globs.begin(), globs.end(), lengthTells)) return findByLengths(globs, found);
+    if (from.columns.lengthsKnown() && std::all_of(globs.begin(), globs.end(), lengthTells)) {
+        return findByLengths(globs, found);
+    }
     Marks candidates;
     if (!markCandidates(globs, candidates)) return findBySweep(globs, found);
     Ids ids;
@@ -39,9 +41,6 @@ void NameSearch::findByLengths(const std::vector<Glob>& globs, Ids& found) const
         fitting[length] = std::any_of(globs.begin(), globs.end(), fits) ? 1 : 0;
     }
     collectByValue(lengths, fitting, found);
-    if (!allNamed) {
-        std::erase_if(found, [this](std::uint32_t index) { return !named(index); });
-    }
 }
 
 void NameSearch::findBySweep(const std::vector<Glob>& globs, Ids& found) const {
@@ -78,7 +77,7 @@ void NameSearch::sweepWords(const std::vector<Glob>& globs, std::size_t beginWor
 bool NameSearch::markCandidates(const std::vector<Glob>& globs, Marks& candidates) const {
     // A sweep costs as much for each of all records as it costs to look at a name here and there for so many.
     constexpr std::size_t kSweptForAName = 16;
-    if (!from.listsComplete) return false;
+    if (!from.listsProven) return false;
     std::vector<std::vector<GramList>> listsOfAll;
     std::size_t count = 0;
     for (const Glob& glob : globs) {

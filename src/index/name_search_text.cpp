@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <numeric>
 
 #include "index/grams.h"
 #include "index/name_filter.h"
@@ -32,14 +34,6 @@ void keepMatches(const PostingSegment& segment, const std::vector<std::uint32_t>
     }
 }
 
-std::size_t entryCount(const PostingMap& map, std::uint32_t list) {
-    std::size_t count = 0;
-    map.forEachSegment(list, [&](const PostingSegment& segment) {
-        for (std::size_t i = 0; i < segment.count; ++i) count += segment.at(i) < kRemovedEntry ? 1 : 0;
-    });
-    return count;
-}
-
 }  // namespace
 
 void NameSearch::findText(const Units& text, Ids& found) {
@@ -57,11 +51,10 @@ void NameSearch::findText(const Units& text, Ids& found) {
     if (!first) return;
     if (text.size() > 3) {
         findByAllTrigrams(text, *first, found);
-    } else if (from.listsComplete && from.trigrams.verified(*first)) {
+    } else if (from.listsProven) {
         collectList(from.trigrams, *first, found);
     } else {
         filterList(*first, from.columns.liveWords(), NameNeedle(text, from.names), found);
-        if (found.size() == entryCount(from.trigrams, *first)) from.trigrams.setVerified(*first);
     }
 }
 
@@ -109,25 +102,79 @@ void NameSearch::findByAllTrigrams(const Units& text, std::uint32_t first, Ids& 
     // A few matches are looked up in a long list faster than it is read.
     constexpr std::size_t kLookUpFrom = 16;
     const NameNeedle needle(text, from.names);
-    const Marks& alive = from.columns.liveWords();
-    if (!from.listsComplete) return filterList(first, alive, needle, found);
-    const std::vector<GramList> lists = gramsOf(text);
+    if (!from.listsProven) return filterList(first, from.columns.liveWords(), needle, found);
+    std::vector<GramList> lists = gramsOf(text);
     const std::size_t fewest = lists.front().size;
-    const std::size_t firstSize = from.trigrams.roughSize(first);
-    // Another list is read only if it is much shorter.
-    if (fewest > firstSize - firstSize / 4) return filterList(first, alive, needle, found);
     if (fewest == 0) return;
-    const Marks candidates = recordsInAll(lists);
-    if (fewest > firstSize / kLookUpFrom) return filterList(first, candidates, needle, found);
-    Ids ids;
-    Ids matches;
-    collect(candidates, ids);
-    NameFilter filter(from.columns, from.names, matches,
+    if (fewest <= from.trigrams.roughSize(first) / kLookUpFrom) {
+        Ids matches;
+        collect(recordsInAll(lists), matches);
+        keepHolding(needle, matches);
+        return from.trigrams.forEachSegment(
+            first, [&](const PostingSegment& segment) { keepMatches(segment, matches, found); });
+    }
+    std::erase_if(lists, [&](const GramList& list) { return list.list == first; });
+    if (lists.empty()) return filterList(first, from.columns.liveWords(), needle, found);  // "aaaa"
+    const bool inAll = stampThoseIn(lists);
+    found = from.stamps.stampedIn(from.trigrams, first);
+    if (inAll) {
+        dropThoseThatLack(text, needle, found);
+    } else {
+        keepHolding(needle, found);
+    }
+}
+
+bool NameSearch::stampThoseIn(std::span<const GramList> lists) const {
+    // To read a list's entry costs a small part of what it costs to look at a name.
+    constexpr std::size_t kEntriesForAName = 16;
+    std::size_t unread = 0;
+    for (const GramList& list : lists) unread += list.size;
+    from.stamps.begin(from.columns.size());
+    std::size_t left = 0;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        if (i == RecordStamps::kMostLists || (i != 0 && unread / kEntriesForAName > left)) return false;
+        left = from.stamps.stampThoseIn(*lists[i].map, lists[i].list);
+        unread -= lists[i].size;
+    }
+    return true;
+}
+
+void NameSearch::keepHolding(const NameNeedle& needle, Ids& ids) const {
+    Ids holding;
+    NameFilter filter(from.columns, from.names, holding,
                       [&](std::uint32_t offset) { return needle.isInNameAt(offset); });
     filter.push(ids);
     filter.flush();
-    from.trigrams.forEachSegment(
-        first, [&](const PostingSegment& segment) { keepMatches(segment, matches, found); });
+    ids.swap(holding);
+}
+
+void NameSearch::dropThoseThatLack(const Units& text, const NameNeedle& needle, Ids& found) const {
+    const std::vector<AbsentWords> wordsOfText = wordsIn(text);
+    const AbsentWords anyOfText =
+        std::accumulate(wordsOfText.begin(), wordsOfText.end(), AbsentWords{0}, std::bit_or());
+    const FlatArray<AbsentWords>& words = from.columns.absentWords();
+    Ids doubtful(found.size());
+    std::size_t count = 0;
+    for (const std::uint32_t id : found) {
+        doubtful[count] = id;
+        const AbsentWords common = words[id] & anyOfText;
+        count += (common & (common - 1)) != 0 ? 1 : 0;  // two bits, or more
+    }
+    doubtful.resize(count);
+    std::erase_if(doubtful, [&](std::uint32_t id) { return !mayLack(words[id], wordsOfText); });
+    Ids holding = doubtful;
+    keepHolding(needle, holding);
+    // All of them are in the order of what was found.
+    const auto erase = [](Ids& ids, const Ids& taken) {
+        auto next = taken.begin();
+        std::erase_if(ids, [&](std::uint32_t id) {
+            const bool take = next != taken.end() && *next == id;
+            next += take ? 1 : 0;
+            return take;
+        });
+    };
+    erase(doubtful, holding);
+    erase(found, doubtful);
 }
 
 }  // namespace varnelo

@@ -145,14 +145,13 @@ void NTFSIndex::tellColumns(std::uint32_t index) {
 }
 
 void NTFSIndex::addPostings(std::uint32_t index, std::wstring_view name) {
-    const NameUnits own = nameUnits(index);
-    if (!std::equal(name.begin(), name.end(), own.begin(), own.end())) listsComplete = false;
+    lists = Lists::Doubtful;
     const std::vector<std::uint16_t> units(name.begin(), name.end());
     appendGrams(units, index, unigramIndex, bigramIndex, trigramIndex);
 }
 
 void NTFSIndex::removePostings(std::uint32_t index, std::wstring_view name) {
-    if (index < table.size() && !table[index].deleted()) listsComplete = false;
+    lists = Lists::Doubtful;
     const std::vector<std::uint16_t> units(name.begin(), name.end());
     dropPostings(index, units);
 }
@@ -180,7 +179,8 @@ void NTFSIndex::clearIndex() {
     volumes.clear();
     currentVolume = 0;
     shownFile.close();
-    listsComplete = true;
+    lists = Lists::Proven;
+    stamps.clear();
 }
 
 void NTFSIndex::swapContent(NTFSIndex& other) {
@@ -200,7 +200,7 @@ void NTFSIndex::swapContent(NTFSIndex& other) {
     std::swap(freeSlots, other.freeSlots);
     std::swap(storedLists, other.storedLists);
     std::swap(shownFile, other.shownFile);
-    std::swap(listsComplete, other.listsComplete);
+    std::swap(lists, other.lists);
 }
 
 }  // namespace varnelo

@@ -16,6 +16,7 @@
 #include "index/name_pool.h"
 #include "index/posting_map.h"
 #include "index/record_columns.h"
+#include "index/record_stamps.h"
 #include "index/slot_table.h"
 #include "platform/mapped_file.h"
 
@@ -102,7 +103,7 @@ public:
     // Makes it a tombstone that is still known by its key and keeps its place.
     void pruneRecord(std::uint32_t index);
     // One entry for each gram of the name, and all of them away again. The operations above do this
-    // themselves; a search is slower from the first time that the name is not the record's own.
+    // themselves; behind a call from elsewhere a search trusts the lists less, and is slower.
     void addPostings(std::uint32_t index, std::wstring_view name);
     void removePostings(std::uint32_t index, std::wstring_view name);
     void clearIndex();
@@ -130,6 +131,9 @@ public:
     // As showCache(), of bytes that stay alive and writable, at an even address.
     bool showCache(std::span<std::uint8_t> file);
 
+    // Finds out, once after a scan or a load, what lets a search of a text look at few names or none. Takes
+    // about as long as the load.
+    void prepareSearches();
     // Records whose name holds the text, or matches one of the patterns: docs/search.md tells how.
     std::vector<std::uint32_t> searchNames(std::wstring_view query);
     void sortResults(std::vector<std::uint32_t>& ids, std::uint32_t sortColumn, bool ascending);
@@ -146,6 +150,7 @@ private:
     std::vector<std::uint32_t> searchInPlace(std::wstring_view text) const;
     void tombstone(std::uint32_t index);
     void tellColumns(std::uint32_t index);
+    void tellAllColumns();
     void dropPostings(std::uint32_t index, NameUnits name);
 
     PostingMap unigramIndex{2};
@@ -163,8 +168,11 @@ private:
     // The lists as they were read; they stay there.
     std::unique_ptr<std::uint8_t[]> storedLists;
     MappedFile shownFile;  // holds records, names and lists of showCache()
-    // Every list has exactly the entries that the names of the live records ask for, as far as is known.
-    bool listsComplete = true;
+    // Whether the lists hold each live record once for each time that a gram occurs in its name, and nothing
+    // else: a file that could be read claims it.
+    enum class Lists { Doubtful, Claimed, Proven };
+    Lists lists = Lists::Proven;
+    RecordStamps stamps;  // of a search; here to be there already
 };
 
 }  // namespace varnelo

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "index/grams.h"
+#include "index/list_proof.h"
 #include "index/name_needle.h"
 #include "index/name_search.h"
 #include "index/ntfs_index.h"
@@ -80,13 +81,29 @@ void sortByValue(std::vector<std::uint32_t>& ids, bool ascending, ValueOf valueO
 
 }  // namespace
 
-std::vector<std::uint32_t> NTFSIndex::searchNames(std::wstring_view query) {
-    if (!columnsTold) {
-        if (!query.empty() && !hasPatterns(query) && listsComplete) return searchInPlace(query);
-        column.rebuild(records(), pool);
-        columnsTold = true;
+void NTFSIndex::tellAllColumns() {
+    if (columnsTold) return;
+    column.rebuild(records(), pool);
+    columnsTold = true;
+}
+
+void NTFSIndex::prepareSearches() {
+    tellAllColumns();
+    column.learnWords(pool);
+    if (lists == Lists::Claimed) {
+        const bool fit = listsFitNames(records(), pool, unigramIndex, bigramIndex, trigramIndex);
+        lists = fit ? Lists::Proven : Lists::Doubtful;
     }
-    NameSearch search({unigramIndex, bigramIndex, trigramIndex, column, pool, extensionTable, listsComplete});
+    stamps.begin(table.size());
+}
+
+std::vector<std::uint32_t> NTFSIndex::searchNames(std::wstring_view query) {
+    if (!columnsTold && !query.empty() && !hasPatterns(query) && lists != Lists::Doubtful) {
+        return searchInPlace(query);
+    }
+    tellAllColumns();
+    NameSearch search({unigramIndex, bigramIndex, trigramIndex, column, pool, extensionTable, stamps,
+                       lists == Lists::Proven});
     return search.run(query);
 }
 

@@ -101,7 +101,7 @@ std::uint32_t PostingMap::findOrAdd(std::uint64_t key, std::uint64_t hash) {
     const auto list = static_cast<std::uint32_t>(refs.size());
     Body body{};
     body.key = key;
-    refs.push_back({bodies.size(), tagOf(hash), 1, 0, 0, 1});
+    refs.push_back({bodies.size(), tagOf(hash), 1, 0, 1});
     bodies.push_back(body);
     slots.add(hash, list, [this](std::uint32_t id) { return hashOf(id); });
     return list;
@@ -298,7 +298,7 @@ void PostingMap::beginStored(std::span<std::uint8_t> storedImage, std::size_t li
 void PostingMap::addStored(std::size_t offset, Order order) {
     const std::uint64_t key = storedKeyAt(offset);
     const std::uint64_t hash = mixedHash(key);
-    const Ref ref{offset, tagOf(hash), 0, 0, 0, 0};
+    const Ref ref{offset, tagOf(hash), 0, 0, 0};
     if (storedAt(ref).count == 0) {
         if (!firstEmpty) firstEmpty = offset;
         lastEmpty = offset;
@@ -326,7 +326,7 @@ void PostingMap::forEachStoredEmpty(Use use) const {
     const std::size_t headerBytes = keyWidth + 8;
     // A file that is shown where it lies may change beneath us.
     for (std::size_t at = *firstEmpty; at <= *lastEmpty && image.size() - at >= headerBytes;) {
-        const std::size_t count = storedAt({at, 0, 0, 0, 0, 0}).count;
+        const std::size_t count = storedAt({at, 0, 0, 0, 0}).count;
         if (count == 0) use(at);
         at += headerBytes + 4 * count;
     }

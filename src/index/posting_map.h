@@ -42,14 +42,13 @@ public:
     // is known of an entry that came from a file.
     template <class Use>
     void forEachSegment(std::uint32_t list, Use use) const;
+    // Calls use(key, segment) for the runs of all lists.
+    template <class Use>
+    void forEachList(Use use) const;
     // Entries, those removed but not yet packed away included.
     std::size_t roughSize(std::uint32_t list) const;
     // The list as its readers see it.
     std::vector<std::uint32_t> entries(std::uint32_t list) const;
-
-    // A mark that a reader may leave: all entries were found to be right. It goes when the map is cleared.
-    bool verified(std::uint32_t list) const { return refs[list].verified; }
-    void setVerified(std::uint32_t list) { refs[list].verified = 1; }
 
     // Appends `index` to the list of each key in turn. Keys have 48 bits. Entries wait until there
     // are many of them, or until somebody asks for a list.
@@ -83,7 +82,6 @@ private:
         std::uint64_t tag : 20;  // upper bits of the key's hash
         std::uint64_t orderKnown : 1;
         std::uint64_t ascending : 1;
-        std::uint64_t verified : 1;
         std::uint64_t hasBody : 1;
     };
     struct Body {
@@ -160,6 +158,14 @@ void PostingMap::forEachSegment(std::uint32_t list, Use use) const {
     for (Chunk* chunk = body.first; chunk != nullptr; chunk = chunk->next) {
         use(segmentOf(body, chunk));
         if (chunk == body.last) break;
+    }
+}
+
+template <class Use>
+void PostingMap::forEachList(Use use) const {
+    settle();
+    for (std::uint32_t list = 0; list < refs.size(); ++list) {
+        forEachSegment(list, [&](const PostingSegment& segment) { use(keyOf(list), segment); });
     }
 }
 

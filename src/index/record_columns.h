@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 
+#include "index/absent_words.h"
 #include "index/file_record.h"
 #include "index/flat_array.h"
 #include "index/name_pool.h"
@@ -25,15 +26,24 @@ public:
     // Bit i % 64 of word i / 64: record i is no tombstone. Bits behind the last record are 0.
     const FlatArray<std::uint64_t>& liveWords() const { return alive; }
     const FlatArray<std::uint32_t>& nameOffsets() const { return offsets; }
+    // Whether the name of every record was in the pool when it was set. One that comes into it later, because
+    // the pool grows, is of a damaged file.
+    bool lengthsKnown() const { return allNamed; }
     // Of the names, in units.
     const FlatArray<std::uint16_t>& nameLengths() const { return lengths; }
     const FlatArray<std::uint16_t>& extensions() const { return extensionIds; }
+    // Of the names; any word of a record set since learnWords().
+    const FlatArray<AbsentWords>& absentWords() const { return words; }
+    // Finds out the absent words of all records' names.
+    void learnWords(const NamePool& names);
 
 private:
     FlatArray<std::uint32_t> offsets;
     FlatArray<std::uint16_t> lengths;
     FlatArray<std::uint16_t> extensionIds;
+    FlatArray<AbsentWords> words;
     FlatArray<std::uint64_t> alive;
+    bool allNamed = true;
     std::uint32_t farthest = 0;  // the largest offset that a record had so far
 };
 

@@ -7,8 +7,16 @@
 
 namespace varnelo {
 
-// Spreads a key over 64 bits. The seed differs in every run, so that no file can be made whose keys all meet.
-std::uint64_t mixedHash(std::uint64_t key);
+// Another one in every run, so that no file can be made whose keys all meet.
+extern const std::uint64_t hashSeed;
+
+// Spreads a key over 64 bits.
+inline std::uint64_t mixedHash(std::uint64_t key) {
+    std::uint64_t x = (key ^ hashSeed) * 0x9E3779B97F4A7C15;
+    x ^= x >> 32;
+    x *= 0xD6E8FEB86659FD93;
+    return x ^ x >> 32;
+}
 
 // A hash table of u32 ids, four bytes a slot, at most four fifths full. What an id stands for is the
 // caller's: it hands in the comparison, and the hash of an id when entries move. Probing is linear.

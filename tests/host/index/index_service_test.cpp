@@ -26,7 +26,9 @@ protected:
     IndexServiceTest() { c().add({24, 5, L"scanned.txt"}, MftRecordBytes().residentData(7)); }
 
     test::ScriptedVolume& c() { return volumes[L'C']; }
-    void withoutRights() { c().opens = false; }
+    void withoutRights() {
+        volumes.locked([this] { c().opens = false; });
+    }
     // A cache of these names, as an earlier run left it.
     void givenCache(const std::vector<std::wstring>& names) {
         NTFSIndex earlier;
@@ -568,6 +570,20 @@ TEST_F(ShowingServiceTest, SearchesMeanwhileFindNothingOrAll) {
     ended = true;
     searcher.join();
     EXPECT_EQ(hits(L"report").size(), names.size());
+}
+
+TEST_F(IndexServiceTest, WhatIsServedIsPreparedForSearches) {
+    const auto prepared = [this] {
+        const std::lock_guard lock(index.mutex);
+        const auto& words = index.columns().absentWords();
+        return !words.empty() && std::count(words.begin(), words.end(), kAnyWord) == 0;
+    };
+    givenCache({L"a", L"b"});
+    start();
+    EXPECT_TRUE(prepared()) << "what was loaded";
+    rebuild();
+    EXPECT_EQ(found(L""), Lines{L"scanned.txt"});
+    EXPECT_TRUE(prepared()) << "what was scanned";
 }
 
 TEST_F(IndexServiceTest, TheHelperRunSavesWhatItScanned) {

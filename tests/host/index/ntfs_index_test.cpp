@@ -332,6 +332,22 @@ TEST_F(NtfsIndexTest, ContentsThatChangePlacesAreWholeInTheirNewPlaces) {
     EXPECT_EQ(stops, 1) << "what ends the monitor stays";
 }
 
+TEST_F(NtfsIndexTest, OfARecordThatChangedSinceThePreparationNothingIsKnown) {
+    file(L"abc");
+    file(L"abab");
+    const auto words = [this](std::uint32_t i) { return index.columns().absentWords()[i]; };
+    EXPECT_EQ(words(0), kAnyWord);
+    index.prepareSearches();
+    EXPECT_EQ(words(0), 0u);
+    EXPECT_EQ(words(1), absentWordsOf(index.nameUnits(1)));
+    EXPECT_NE(words(1), 0u);
+    index.renameRecord(0, {24, kRootFrn, 0, 0, 0, 0}, L"abcd");
+    file(L"new");
+    EXPECT_EQ(words(0), kAnyWord);
+    EXPECT_EQ(words(2), kAnyWord);
+    EXPECT_NE(words(1), kAnyWord);
+}
+
 TEST_F(NtfsIndexTest, WhetherListsCanBeReliedUponGoesWithThem) {
     file(L"xabcd");
     // The file is no longer in the lists of all its threes, so that of the first one counts.
