@@ -1,12 +1,12 @@
 #include "index/record_stamps.h"
 
-#include <algorithm>
-
 namespace varnelo {
 
 void RecordStamps::begin(std::size_t records) {
-    if (records > stamps.size() || level > 0xFF - kMostLists) {
-        stamps.assign(std::max(records, stamps.size()), 0);
+    const bool isTooSmall = records > stamps.size();
+    if (isTooSmall || level > 0xFF - kMostLists) {
+        // With some to spare: files come one by one.
+        stamps.assign(isTooSmall ? records + records / 16 : stamps.size(), 0);
         level = 0;
     }
     count = records;

@@ -95,6 +95,38 @@ TEST(AbsentWordsTest, ANameWithAllThreesAndNoWordOfATextHoldsTheText) {
     EXPECT_GT(lacking, 10'000);
 }
 
+// Of every text that stands at two places and can grow at neither end: what stands before it here, the text,
+// and what stands behind it there.
+AbsentWords wordsOfAllRepeats(const std::wstring& name) {
+    AbsentWords words = 0;
+    const std::size_t size = name.size();
+    for (std::size_t here = 1; here < size; ++here) {
+        for (std::size_t there = 0; there < size; ++there) {
+            for (std::size_t length = 2; std::max(here, there) + length <= size && here != there; ++length) {
+                if (name.compare(here, length, name, there, length) != 0) break;
+                const bool growsBefore = there != 0 && name[here - 1] == name[there - 1];
+                const bool grows = here + length < size && there + length < size &&
+                                   name[here + length] == name[there + length];
+                if (growsBefore || grows || there + length == size) continue;
+                words |= wordsIn(unitsOf(name.substr(here - 1, length + 1) + name[there + length])).back();
+            }
+        }
+    }
+    return words;
+}
+
+TEST(AbsentWordsTest, TheyAreThoseOfAllRepeatsAndNoOthers) {
+    std::mt19937 random(13);
+    for (int round = 0; round < 20'000; ++round) {
+        std::wstring name(random() % 31, L'a');
+        const std::uint32_t letters = 2 + random() % 8;
+        for (wchar_t& unit : name) unit = static_cast<wchar_t>(L'a' + random() % letters);
+        const AbsentWords words = absentIn(name);
+        if (words == kAnyWord) continue;
+        ASSERT_EQ(words, wordsOfAllRepeats(name)) << utf8FromWide(name);
+    }
+}
+
 // What makes them worth their memory: most names that hold a text are known to.
 TEST(AbsentWordsTest, FewNamesAreDoubted) {
     std::mt19937 random(12);
