@@ -28,8 +28,20 @@ bool load(NTFSIndex& index, const std::uint8_t* data, std::size_t size) {
     });
 }
 
+constexpr const wchar_t* kQueries[] = {L"",    L"a",  L"ab",   L"abc", L"abcd", L"aaaa",
+                                       L"*.c", L"a*", L"*b*c", L"??",  L"x;*"};
+
+void prepare(NTFSIndex& index) {
+    std::vector<std::vector<std::uint32_t>> before;
+    for (const wchar_t* query : kQueries) before.push_back(index.searchNames(query));
+    index.prepareSearches();
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        require(index.searchNames(kQueries[i]) == before[i], "a preparation changes no answer");
+    }
+}
+
 void use(NTFSIndex& index) {
-    for (const wchar_t* query : {L"", L"a", L"ab", L"abc", L"abcd", L"*.c", L"a*", L"*b*c", L"??", L"x;*"}) {
+    for (const wchar_t* query : kQueries) {
         std::vector<std::uint32_t> found = index.searchNames(query);
         for (const std::uint32_t id : found) {
             require(id < index.records().size(), "a hit is a record");
@@ -71,8 +83,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     varnelo::NTFSIndex index;
     const bool loads = varnelo::load(index, data, size);
     varnelo::use(index);
+    varnelo::prepare(index);
     varnelo::change(index);
     varnelo::use(index);
+    varnelo::prepare(index);
 
     std::vector<std::uint8_t> bytes(data, data + size);
     varnelo::NTFSIndex shown;
