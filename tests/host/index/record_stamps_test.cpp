@@ -71,8 +71,8 @@ TEST_F(RecordStampsTest, TheRecordsMayBecomeMoreAndFewer) {
     }
 }
 
-// Rows of all lengths, so that the numbers that stamps have run out at every place. Most lists are short: then
-// a record has a stamp of long ago.
+// Rows of all lengths, so that the numbers that stamps have run out at every place. Most lists are short:
+// then a record has a stamp of long ago.
 TEST_F(RecordStampsTest, ManyRowsFindWhatSetsFind) {
     std::mt19937 random(3);
     constexpr std::uint32_t kRecords = 40;
