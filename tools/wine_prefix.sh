@@ -67,7 +67,14 @@ wine_stop() {
     wine_in "$1" wineserver -w 2>/dev/null || true
 }
 
-# wine_remove PREFIX: the same, and deletes it.
+# wine_keep_server PREFIX: the same, and starts another server, which stays until it is stopped. One that was not told so
+# ends a few seconds after the last program, and a program that starts at that moment gets no answer.
+wine_keep_server() {
+    wine_stop "$1"
+    wine_in "$1" wineserver -p </dev/null >/dev/null 2>&1
+}
+
+# wine_remove PREFIX: ends everything as well, and deletes the prefix.
 wine_remove() {
     wine_stop "$1"
     rm -rf "$1"

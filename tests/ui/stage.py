@@ -76,6 +76,7 @@ class Stage:
         shell('wine_set_screen "$1" "$2" "$3"', self.prefix, f"{width}x{height}", self.wallpaper)
         if dpi != 96:
             shell('wine_set_dpi "$1" "$2"', self.prefix, dpi)
+        shell('wine_keep_server "$1"', self.prefix)
         self.user_folder = pathlib.Path(shell('wine_user_folder "$1"', self.prefix).decode().strip())
         self.data_folder = self.user_folder / "AppData" / "Roaming" / "Varnelo"
         self.desktop_link = self.user_folder / "Desktop"
@@ -104,11 +105,13 @@ class Stage:
     def wine(self, *arguments, check=True):
         """Runs a Windows program to its end and returns its output."""
         output = self.work / "wine.out"  # a file: Wine's services may keep a pipe open
-        with open(output, "wb") as sink:
+        errors = self.work / "wine.err"
+        with open(output, "wb") as sink, open(errors, "wb") as error_sink:
             status = subprocess.run([self.loader, *arguments], env=self.environment, stdin=subprocess.DEVNULL,
-                                    stdout=sink, stderr=subprocess.DEVNULL).returncode
+                                    stdout=sink, stderr=error_sink).returncode
         if check and status != 0:
-            raise AssertionError(f"{arguments[0]} ended with {status}")
+            said = (output.read_text("utf-8", "replace") + errors.read_text("utf-8", "replace")).strip()
+            raise AssertionError(f"{arguments[0]} ended with {status}: {said}")
         return output.read_text("utf-8", "replace").replace("\r", "")
 
     def make_links(self, folder, links):
