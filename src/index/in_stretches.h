@@ -5,6 +5,9 @@
 
 namespace varnelo {
 
+// A stretch of a pass over records: their names take so long that to start a thread counts for little.
+inline constexpr std::size_t kRecordsInStretch = 65'536;
+
 // Divides a long pass over memory among the processor's cores.
 //
 // Calls use(begin, end) for stretches of `length` or less that together are 0 to `count`, in no order; up to

@@ -40,7 +40,6 @@ std::optional<FlatArray<std::uint64_t>> sumsOf(const std::array<const PostingMap
 
 bool listsFitNames(std::span<const FileRecord> records, const NamePool& names, const PostingMap& unigrams,
                    const PostingMap& bigrams, const PostingMap& trigrams) {
-    constexpr std::size_t kRecordsAtOnce = 65'536;
     const auto sums = sumsOf({&unigrams, &bigrams, &trigrams}, records.size());
     if (!sums) return false;
     const auto fits = [&](std::size_t i) {
@@ -49,7 +48,7 @@ bool listsFitNames(std::span<const FileRecord> records, const NamePool& names, c
         return names.holds(record.nameOffset) && (*sums)[i] == gramSum(names.at(record.nameOffset));
     };
     std::atomic<bool> allFit = true;
-    inStretches(records.size(), kRecordsAtOnce, [&](std::size_t begin, std::size_t end) {
+    inStretches(records.size(), kRecordsInStretch, [&](std::size_t begin, std::size_t end) {
         while (begin < end && fits(begin)) ++begin;
         if (begin < end) allFit = false;
     });

@@ -32,8 +32,7 @@ public:
         bool listsProven;
     };
 
-    explicit NameSearch(const Source& source)
-        : from(source), allNamed(source.columns.namesWithin(source.names.size())) {}
+    explicit NameSearch(const Source& source) : from(source) {}
 
     std::vector<std::uint32_t> run(std::wstring_view query);
 
@@ -56,9 +55,6 @@ private:
     // Calls use(ids) for the marked entries of the list, a stretch at a time, in order.
     template <class Use>
     void forMarked(const PostingMap& map, std::uint32_t list, const Marks& marks, Use use) const;
-    bool named(std::uint32_t index) const {
-        return allNamed || from.names.holds(from.columns.nameOffsets()[index]);
-    }
 
     void findText(const Units& text, Ids& found);
     void collectList(const PostingMap& map, std::uint32_t list, Ids& found) const;
@@ -92,7 +88,6 @@ private:
     std::size_t keepMarked(const GramList& list, Marks& marks) const;
 
     Source from;
-    bool allNamed;  // no record's name is out of range
 };
 
 }  // namespace varnelo

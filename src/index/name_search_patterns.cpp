@@ -19,7 +19,7 @@ bool matchesOneOf(const std::vector<Glob>& globs, NameUnits name) {
 void NameSearch::findPatterns(const std::vector<Glob>& globs, Ids& found) const {
     if (globs.empty()) return;
     const auto lengthTells = [](const Glob& glob) { return glob.wildcardsOnly(); };
-    if (from.columns.lengthsKnown() && std::all_of(globs.begin(), globs.end(), lengthTells)) {
+    if (from.columns.allNamed() && std::all_of(globs.begin(), globs.end(), lengthTells)) {
         return findByLengths(globs, found);
     }
     Marks candidates;
@@ -44,8 +44,7 @@ void NameSearch::findByLengths(const std::vector<Glob>& globs, Ids& found) const
 }
 
 void NameSearch::findBySweep(const std::vector<Glob>& globs, Ids& found) const {
-    // 65,536 records: their names take so long that to start a thread counts for little.
-    constexpr std::size_t kWordsAtOnce = 1024;
+    constexpr std::size_t kWordsAtOnce = kRecordsInStretch / 64;
     Marks matches;
     matches.resizeUnwritten(from.columns.liveWords().size());
     inStretches(matches.size(), kWordsAtOnce,

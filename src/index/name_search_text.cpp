@@ -84,9 +84,9 @@ void NameSearch::collectList(const PostingMap& map, std::uint32_t list, Ids& fou
     found.reserve(map.roughSize(list));
     forMarked(map, list, from.columns.liveWords(),
               [&](std::span<const std::uint32_t> ids) { found.insert(found.end(), ids.begin(), ids.end()); });
-    if (!allNamed) {
-        std::erase_if(found, [this](std::uint32_t index) { return !named(index); });
-    }
+    if (from.columns.allNamed()) return;
+    std::erase_if(
+        found, [this](std::uint32_t index) { return !from.names.holds(from.columns.nameOffsets()[index]); });
 }
 
 void NameSearch::filterList(std::uint32_t list, const Marks& marks, const NameNeedle& needle,

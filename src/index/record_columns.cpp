@@ -1,7 +1,5 @@
 #include "index/record_columns.h"
 
-#include <algorithm>
-
 #include "index/in_stretches.h"
 
 namespace varnelo {
@@ -16,8 +14,7 @@ void RecordColumns::set(std::size_t index, const FileRecord& record, const NameP
     }
     offsets[index] = record.nameOffset;
     lengths[index] = static_cast<std::uint16_t>(names.at(record.nameOffset).size());
-    allNamed = allNamed && names.holds(record.nameOffset);
-    farthest = std::max<std::uint32_t>(farthest, record.nameOffset);
+    everyNameHeld = everyNameHeld && names.holds(record.nameOffset);
     extensionIds[index] = record.extension;
     words[index] = kAnyWord;
     const std::uint64_t bit = std::uint64_t{1} << index % 64;
@@ -35,8 +32,7 @@ void RecordColumns::rebuild(std::span<const FileRecord> records, const NamePool&
 }
 
 void RecordColumns::learnWords(const NamePool& names) {
-    constexpr std::size_t kAtOnce = 65'536;
-    inStretches(words.size(), kAtOnce, [&](std::size_t begin, std::size_t end) {
+    inStretches(words.size(), kRecordsInStretch, [&](std::size_t begin, std::size_t end) {
         for (std::size_t i = begin; i < end; ++i) words[i] = absentWordsOf(names.at(offsets[i]));
     });
 }
@@ -47,8 +43,7 @@ void RecordColumns::clear() {
     extensionIds.clear();
     words.clear();
     alive.clear();
-    allNamed = true;
-    farthest = 0;
+    everyNameHeld = true;
 }
 
 }  // namespace varnelo

@@ -20,15 +20,13 @@ public:
     void clear();
 
     std::size_t size() const { return offsets.size(); }
-    // Whether the names of all records begin in a pool of that size.
-    bool namesWithin(std::size_t poolSize) const { return offsets.empty() || farthest < poolSize; }
     bool live(std::size_t index) const { return (alive[index / 64] >> index % 64 & 1) != 0; }
     // Bit i % 64 of word i / 64: record i is no tombstone. Bits behind the last record are 0.
     const FlatArray<std::uint64_t>& liveWords() const { return alive; }
     const FlatArray<std::uint32_t>& nameOffsets() const { return offsets; }
-    // Whether the name of every record was in the pool when it was set. One that comes into it later, because
-    // the pool grows, is of a damaged file.
-    bool lengthsKnown() const { return allNamed; }
+    // Whether the name of every record was in the pool when it was set, and so still is. One that was not,
+    // and may come into it because the pool grows, is of a damaged file.
+    bool allNamed() const { return everyNameHeld; }
     // Of the names, in units.
     const FlatArray<std::uint16_t>& nameLengths() const { return lengths; }
     const FlatArray<std::uint16_t>& extensions() const { return extensionIds; }
@@ -43,8 +41,7 @@ private:
     FlatArray<std::uint16_t> extensionIds;
     FlatArray<AbsentWords> words;
     FlatArray<std::uint64_t> alive;
-    bool allNamed = true;
-    std::uint32_t farthest = 0;  // the largest offset that a record had so far
+    bool everyNameHeld = true;
 };
 
 }  // namespace varnelo

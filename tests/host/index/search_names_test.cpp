@@ -403,22 +403,22 @@ TEST_F(SearchNamesTest, ANameWithoutAnEndDoesNotGrow) {
 }
 
 // Bytes behind the header of a cache file are changed at random. What is found is what the rules say of the
-// lists and the names as they are, whether or not the lists were held against the names first.
+// lists and the names as they are, whether or not the load succeeded or the lists were held against the
+// names.
 TEST_F(SearchNamesTest, BehindDamageTheRulesAreFollowedToTheLetter) {
     std::mt19937 random(8);
     CacheFixture cache;
     int loads = 0;
     std::size_t hits = 0;
-    for (int round = 0; round < 80; ++round) {
+    for (int round = 0; round < 120; ++round) {
         index.clearIndex();
         for (int i = 0; i < 200; ++i) file(anyName(random));
         ASSERT_TRUE(cache.save(index));
         Bytes bytes = cache.bytes();
-        for (std::uint32_t changes = 1 + random() % 4; changes != 0; --changes) {
+        for (std::uint32_t changes = 1 + random() % (round % 3 == 0 ? 30 : 4); changes != 0; --changes) {
             bytes[100 + random() % (bytes.size() - 100)] = static_cast<std::uint8_t>(random() % 3 * 0x61);
         }
-        if (!cache.load(index, bytes)) continue;
-        ++loads;
+        loads += cache.load(index, bytes) ? 1 : 0;
         if (round % 2 == 0) index.prepareSearches();
         for (int i = 0; i < 40; ++i) {
             const std::wstring query = anyQuery(random);
@@ -441,39 +441,8 @@ TEST_F(SearchNamesTest, BehindDamageTheRulesAreFollowedToTheLetter) {
             hits += expected.size();
         }
     }
-    EXPECT_GT(loads, 20);
-    EXPECT_GT(hits, 5000u);
-}
-
-// Bytes behind the header of a cache file are changed at random. What a search then finds, it finds in names.
-TEST_F(SearchNamesTest, DamagedNamesAndListsGiveNoFalseHits) {
-    std::mt19937 random(6);
-    CacheFixture cache;
-    int loads = 0;
-    std::size_t hits = 0;
-    for (int round = 0; round < 60; ++round) {
-        index.clearIndex();
-        for (int i = 0; i < 200; ++i) file(anyName(random));
-        ASSERT_TRUE(cache.save(index));
-        Bytes bytes = cache.bytes();
-        for (std::uint32_t changes = 1 + random() % 30; changes != 0; --changes) {
-            bytes[100 + random() % (bytes.size() - 100)] = static_cast<std::uint8_t>(random() % 3 * 0x61);
-        }
-        loads += cache.load(index, bytes) ? 1 : 0;
-        for (int i = 0; i < 20; ++i) {
-            const std::wstring query = anyQuery(random);
-            const std::vector<std::wstring> patterns = plain::patternsOf(query);
-            const bool lists = !hasPatterns(query) && query.size() < 3;
-            if (lists || (hasPatterns(query) && extensionsOf(patterns))) continue;
-            for (const std::uint32_t id : index.searchNames(query)) {
-                ASSERT_LT(id, index.records().size());
-                ASSERT_FALSE(record(id).deleted());
-                ASSERT_GT(plain::hits(query, patterns, lowered(index.nameOf(id))), 0) << utf8FromWide(query);
-                ++hits;
-            }
-        }
-    }
-    EXPECT_GT(loads, 10);
+    EXPECT_GT(loads, 30);
+    EXPECT_LT(loads, 110);
     EXPECT_GT(hits, 5000u);
 }
 
