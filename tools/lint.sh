@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
-# Format, layers, wording and static analysis over the tracked tree. Called by ./dev lint.
+# Format, shell scripts, layers, wording and static analysis over the tracked tree. Called by ./dev lint.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 mkdir -p build
 status=0
 
-mapfile -t sources < <(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'fuzz/*.cpp' 'tools/*.cpp')
+mapfile -t sources < <(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h' 'fuzz/*.cpp' 'fuzz/*.h' 'tools/*.cpp')
 echo "lint: format of ${#sources[@]} files" >&2
 clang-format-14 --dry-run --Werror "${sources[@]}" || status=1
+
+echo "lint: shell scripts" >&2
+mapfile -t scripts < <(git ls-files dev .ci/run '*.sh')
+shellcheck -x "${scripts[@]}" || status=1
 
 echo "lint: layers" >&2
 python3 tools/check_layers.py src || status=1

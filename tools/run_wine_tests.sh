@@ -47,12 +47,16 @@ https_trust "$prefix"
 passed=0 failed=0
 for name in host_tests wine_tests; do
     log=$prefix/home/$name.log
-    status=0
-    (
-        cd "$programs"
-        wine_exec "$prefix" timeout --kill-after=10 "$time_limit" "$wine_loader" "$name.exe" \
-            --gtest_filter="$filter" --gtest_color=no </dev/null >"$log" 2>&1
-    ) || status=$?
+    for _ in 1 2 3; do
+        status=0
+        (
+            cd "$programs"
+            wine_exec "$prefix" timeout --kill-after=10 "$time_limit" "$wine_loader" "$name.exe" \
+                --gtest_filter="$filter" --gtest_color=no </dev/null >"$log" 2>&1
+        ) || status=$?
+        wine_never_began "$status" "$log" || break
+        echo "Wine did not start $name.exe"
+    done
     # A separate pass: Wine's services may keep a pipe open for as long as they live.
     tr -d '\r' <"$log"
     ok=$(grep -c '^\[       OK \]' "$log" || true)

@@ -45,7 +45,22 @@ wine_run() {
 # wine_quiet PREFIX PROGRAM.exe ARGS...: the same with no output. Programs that make Wine start its services go this
 # way: the services inherit the output for as long as they live.
 wine_quiet() {
-    WINEDEBUG=-all wine_run "$@" </dev/null >/dev/null 2>&1
+    local said status=0 attempt
+    said=$(mktemp)
+    for attempt in 1 2 3; do
+        status=0
+        WINEDEBUG=-all wine_run "$@" </dev/null >"$said" 2>&1 || status=$?
+        wine_never_began "$status" "$said" || break
+        echo "Wine did not start $2 (attempt $attempt)" >&2
+    done
+    rm -f "$said"
+    return "$status"
+}
+
+# wine_never_began STATUS OUTPUT: whether Wine itself ended before the program began, as it does once in a thousand times
+# or so: with 1, in a few milliseconds, and without a word. Programs that fail say why.
+wine_never_began() {
+    [[ $1 == 1 && ! -s $2 ]]
 }
 
 # wine_import PREFIX FILE.reg...: takes UTF-8 registry files.
@@ -68,7 +83,7 @@ wine_stop() {
 }
 
 # wine_keep_server PREFIX: the same, and starts another server, which stays until it is stopped. One that was not told so
-# ends a few seconds after the last program, and a program that starts at that moment gets no answer.
+# ends soon after the last program, and the next program waits for all of Wine's services to start again.
 wine_keep_server() {
     wine_stop "$1"
     wine_in "$1" wineserver -p </dev/null >/dev/null 2>&1

@@ -41,6 +41,15 @@ def wait_for(condition, what, seconds=TIME_LIMIT):
         time.sleep(0.03)
 
 
+# Once in a thousand times or so Wine ends with 1 in a few milliseconds, before the program that it is to run has begun.
+# No program that is started here ends with 1 and without a word, so such a start can be told and made again.
+STARTS = 3
+
+
+def never_began(status, said):
+    return status == 1 and not said
+
+
 def shell(script, *arguments):
     """Runs a bash script with the prefix functions at hand and returns what it prints."""
     libraries = f'. "{ROOT}/tools/wine_prefix.sh"; . "{ROOT}/tools/ntfs_streams.sh"; '
@@ -106,11 +115,15 @@ class Stage:
         """Runs a Windows program to its end and returns its output."""
         output = self.work / "wine.out"  # a file: Wine's services may keep a pipe open
         errors = self.work / "wine.err"
-        with open(output, "wb") as sink, open(errors, "wb") as error_sink:
-            status = subprocess.run([self.loader, *arguments], env=self.environment, stdin=subprocess.DEVNULL,
-                                    stdout=sink, stderr=error_sink).returncode
-        if check and status != 0:
+        for _ in range(STARTS):
+            with open(output, "wb") as sink, open(errors, "wb") as error_sink:
+                status = subprocess.run([self.loader, *arguments], env=self.environment, stdin=subprocess.DEVNULL,
+                                        stdout=sink, stderr=error_sink).returncode
             said = (output.read_text("utf-8", "replace") + errors.read_text("utf-8", "replace")).strip()
+            if not never_began(status, said):
+                break
+            print(f"Wine did not start {arguments[0]}", flush=True)
+        if check and status != 0:
             raise AssertionError(f"{arguments[0]} ended with {status}: {said}")
         return output.read_text("utf-8", "replace").replace("\r", "")
 
@@ -186,12 +199,20 @@ class Program:
         self.log_file = stage.work / f"log-{time.monotonic_ns()}.txt"
         environment = dict(stage.environment, WINEDEBUG="-all,warn+seh", DISPLAY=os.environ["DISPLAY"],
                            **(variables or {}))
-        with open(self.log_file, "wb") as sink:
-            self.process = subprocess.Popen([stage.loader, windows_path(PROGRAM), *arguments], env=environment,
-                                            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=sink)
         self.client = None
+        for _ in range(STARTS):
+            with open(self.log_file, "wb") as sink:
+                self.process = subprocess.Popen([stage.loader, windows_path(PROGRAM), *arguments], env=environment,
+                                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=sink)
+            wait_for(lambda: self.has_spoken() or not self.is_running(), "a first line of the log, or the end")
+            if not never_began(self.process.returncode, self.has_spoken()):
+                break
+            print("Wine did not start the program", flush=True)
 
     # Log.
+    def has_spoken(self):
+        return self.log_file.stat().st_size > 0
+
     def log(self):
         """The messages so far, without time and level."""
         messages = []

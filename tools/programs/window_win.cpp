@@ -5,6 +5,8 @@
 //   window CLASS sizes W H N   restores it and gives it N sizes in quick succession, the last one W by H
 //   window CLASS maximise      maximises it
 //
+// Exit code 3: there is no such window; 4: it did not do that.
+//
 // The system menu and the close button of the program's window do nothing, so a close needs the message
 // itself.
 #include <windows.h>
@@ -17,7 +19,7 @@ namespace {
 int printClientArea(HWND window) {
     RECT area{};
     POINT origin{};
-    if (!GetClientRect(window, &area) || !ClientToScreen(window, &origin)) return 1;
+    if (!GetClientRect(window, &area) || !ClientToScreen(window, &origin)) return 4;
     std::printf("%ld %ld %ld %ld\n", origin.x, origin.y, area.right, area.bottom);
     return 0;
 }
@@ -45,9 +47,9 @@ int wmain(int count, wchar_t** arguments) {
         while (FindWindowW(arguments[1], nullptr)) Sleep(20);
         return 0;
     }
-    if (!window) return 1;
+    if (!window) return 3;
     if (std::wcscmp(verb, L"client") == 0) return printClientArea(window);
-    if (std::wcscmp(verb, L"close") == 0) return PostMessageW(window, WM_CLOSE, 0, 0) ? 0 : 1;
+    if (std::wcscmp(verb, L"close") == 0) return PostMessageW(window, WM_CLOSE, 0, 0) ? 0 : 4;
     if (std::wcscmp(verb, L"maximise") == 0) return ShowWindow(window, SW_MAXIMIZE), 0;
     const auto number = [arguments](int index) {
         return static_cast<int>(std::wcstol(arguments[index], nullptr, 10));
