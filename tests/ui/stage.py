@@ -20,7 +20,7 @@ MAKE_LINK_TOOL = pathlib.Path(os.environ.get("VARNELO_MAKE_LINK", WINDOWS_BUILD 
 CLIPBOARD_TOOL = WINDOW_TOOL.with_name("set_clipboard.exe")
 
 GROUND = (128, 128, 128)  # the plain wallpaper: everything drawn on it can be told from it
-TIME_LIMIT = float(os.environ.get("VARNELO_UI_SECONDS", "30"))
+TIME_LIMIT = float(os.environ.get("VARNELO_UI_SECONDS", "120"))
 
 SETTINGS_KEY = r"HKCU\Software\Varnelo"
 
@@ -240,6 +240,17 @@ class Program:
         fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(") ", 1)[1].split()
         return int(fields[11]) + int(fields[12])
 
+    def wants_to_run(self):
+        """Whether one of its threads runs, or waits for a processor that others use."""
+        for task in pathlib.Path(f"/proc/{self.process.pid}/task").iterdir():
+            try:
+                state = (task / "stat").read_text().rsplit(") ", 1)[1][0]
+            except (FileNotFoundError, ProcessLookupError):
+                continue  # it has just ended
+            if state in "RD":
+                return True
+        return False
+
     def wake_ups(self):
         """How often the main thread went to sleep or lost the processor. It stays the same while the thread sleeps."""
         status = pathlib.Path(f"/proc/{self.process.pid}/task/{self.process.pid}/status").read_text()
@@ -254,13 +265,15 @@ class Program:
         return self.wait_rest()
 
     def wait_rest(self):
-        """Waits until two looks show the same picture and the program used no processor time between them."""
+        """Waits until two looks show the same picture and the program neither used the processor between them nor waits
+        for it: on a busy machine it may not have had its turn yet."""
         last = [None, None]
 
         def at_rest():
             assert self.is_running(), f"the program ended with {self.process.returncode}; its log: {self.log()[-5:]}"
+            waits = self.wants_to_run()
             now = [self.picture(), self.ticks()]
-            same = last[0] is not None and last[0].pixels == now[0].pixels and last[1] == now[1]
+            same = not waits and last[0] is not None and last[0].pixels == now[0].pixels and last[1] == now[1]
             last[:] = now
             if not same:
                 time.sleep(0.15)

@@ -1,6 +1,6 @@
 """Starts that fail, the end of the session, and messages that no honest program sends."""
 from case import DesktopCase
-from stage import Program, WINDOW_TOOL, windows_path
+from stage import TIME_LIMIT, WINDOW_TOOL, Program, windows_path
 
 SEND_TOOL = WINDOW_TOOL.with_name("send_message.exe")
 
@@ -28,7 +28,7 @@ class Ends(DesktopCase):
     def test_a_start_that_finds_no_place_for_its_window_ends_with_a_report(self):
         self.file("a.txt")
         self.program = Program(self.stage, [])
-        self.assertEqual(self.program.process.wait(30), 0)
+        self.assertEqual(self.program.process.wait(TIME_LIMIT), 0)
         log = self.program.log()
         self.assertEqual(log[1], "Varnelo starting up (Desktop mode)")
         self.assertEqual(log[-2:], ["Window class registered", "Failed to create window"])

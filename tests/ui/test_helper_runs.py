@@ -3,7 +3,7 @@ import os
 import subprocess
 
 from case import DesktopCase
-from stage import PROGRAM, windows_path
+from stage import PROGRAM, TIME_LIMIT, windows_path
 
 
 class HelperRuns(DesktopCase):
@@ -11,7 +11,7 @@ class HelperRuns(DesktopCase):
         return subprocess.run([self.stage.loader, windows_path(PROGRAM), *arguments],
                               env=dict(self.stage.environment, DISPLAY=os.environ["DISPLAY"]),
                               stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              timeout=30).returncode
+                              timeout=TIME_LIMIT).returncode
 
     def test_a_scan_without_such_volumes_fails_and_saves_nothing_beside_a_running_program(self):
         self.file("a.txt")

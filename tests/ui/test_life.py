@@ -2,7 +2,7 @@
 import time
 
 from case import DesktopCase
-from stage import CLIPBOARD_TOOL, Program, wait_for, windows_path
+from stage import CLIPBOARD_TOOL, TIME_LIMIT, Program, wait_for, windows_path
 
 START = ["Logger initialized", "Varnelo starting up (Windowed mode)", "Settings loaded", "Language initialized",
          "Window class registered", "Shell watcher starting", "Shell watcher registered",
@@ -38,7 +38,7 @@ class Life(DesktopCase):
         before = self.start(names)
         second = Program(self.stage)
         self.addCleanup(second.kill)
-        self.assertEqual(second.process.wait(15), 0)
+        self.assertEqual(second.process.wait(TIME_LIMIT), 0)
         self.assertEqual(second.log(), [])
         self.assertTrue(self.program.is_running())
         self.assertEqual(self.rest().pixels, before.pixels, "the first goes on as it was")
@@ -75,7 +75,7 @@ class Life(DesktopCase):
         before = self.rest_away()
         wake_ups = self.program.wake_ups()
         self.stage.wine(windows_path(CLIPBOARD_TOOL), "a word")
-        wait_for(lambda: self.program.wake_ups() > wake_ups, "an awakening", 5)
+        wait_for(lambda: self.program.wake_ups() > wake_ups, "an awakening")
         self.assertEqual(self.rest().pixels, before.pixels)
         self.close()
 
@@ -91,7 +91,7 @@ class Life(DesktopCase):
         self.start()  # warms the caches of files, fonts and shaders
         took = []
         # A busy machine holds up one start, a program that waits for something holds up each.
-        while len(took) < 3 and min(took, default=2) >= 2:
+        while len(took) < 6 and min(took, default=2) >= 2:
             self.close()
             began = time.monotonic()
             self.program = Program(self.stage)

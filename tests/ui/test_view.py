@@ -2,7 +2,7 @@
 import layout as places
 from case import DesktopCase
 from picture import Box
-from stage import GROUND, Program, wait_for
+from stage import GROUND, TIME_LIMIT, Program, wait_for
 
 OVERVIEW, SYSTEM, SEARCH = 1, 2, 3
 NAME_FIELD_TOP = 50  # below the tabs
@@ -99,7 +99,7 @@ class View(DesktopCase):
         self.hands.click(places.menu_button(self.client).middle)
         self.rest_away()
         self.hands.click(places.menu_row(self.client, 3).middle)
-        self.assertEqual(self.program.process.wait(20), 0)
+        self.assertEqual(self.program.process.wait(TIME_LIMIT), 0)
         self.assertEqual(self.program.log()[-1], "Varnelo shut down")
 
     def test_fast_typing_loses_nothing(self):

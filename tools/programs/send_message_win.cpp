@@ -17,7 +17,7 @@ int wmain(int count, wchar_t** arguments) {
         return 3;
     }
     const auto number = [arguments](int index) { return std::wcstoull(arguments[index], nullptr, 0); };
-    constexpr UINT kPatienceMilliseconds = 20000;
+    constexpr UINT kPatienceMilliseconds = 100000;
     DWORD_PTR answer = 0;
     if (!SendMessageTimeoutW(window, static_cast<UINT>(number(2)), static_cast<WPARAM>(number(3)),
                              static_cast<LPARAM>(number(4)), SMTO_NORMAL, kPatienceMilliseconds, &answer)) {
