@@ -55,6 +55,27 @@ TEST_F(GridScrollTest, ASpeedBelowAPixelPerSecondIsNone) {
     EXPECT_EQ(grid.scrollVelocity, 0);
 }
 
+TEST_F(GridScrollTest, ASpeedOfMoreThanAPixelPerSecondIsKept) {
+    grid.scrollY = 100;
+    grid.scrollVelocity = -1.5f;
+    frame(0.01f);
+    EXPECT_FLOAT_EQ(grid.scrollVelocity, -1.5f * 0.92f);
+}
+
+TEST_F(GridScrollTest, ContentThatStandsBetweenTheEndsAndItsFirstPixelGoesOn) {
+    grid.scrollVelocity = -50;
+    frame(0.01f);
+    EXPECT_FLOAT_EQ(grid.scrollY, 0.5f);
+    EXPECT_FLOAT_EQ(grid.scrollVelocity, -46);
+}
+
+TEST_F(GridScrollTest, AFrameOfNoTimeKeepsTheSpeedOfATurnAtTheTop) {
+    grid.onMouseWheel(-120);
+    frame(0);
+    EXPECT_EQ(grid.scrollY, 0);
+    EXPECT_EQ(grid.scrollVelocity, -600);
+}
+
 TEST_F(GridScrollTest, TheEndsOfTheContentStopIt) {
     grid.scrollVelocity = 5000;
     frame(0.1f);
@@ -164,6 +185,14 @@ TEST_F(GridScrollTest, TheBarStaysForASecondAfterEitherKindOfActivity) {
     EXPECT_EQ(targetAfter(0.5, 5), 1);
     EXPECT_EQ(targetAfter(5, 0.5), 1);
     EXPECT_EQ(targetAfter(5, 5), 0);
+}
+
+TEST_F(GridScrollTest, ATurnOfTheWheelKeepsTheBarForASecond) {
+    turnWheel(grid, -120, clock.steady);
+    fadeScrollBar(grid, clock.steady + 0.99, kFrame);
+    EXPECT_EQ(grid.scrollBarAlphaTarget, 1);
+    fadeScrollBar(grid, clock.steady + 1.01, kFrame);
+    EXPECT_EQ(grid.scrollBarAlphaTarget, 0);
 }
 
 TEST_F(GridScrollTest, ASpeedOrAFadeThatIsStillToComeNeedsAFrame) {
@@ -278,6 +307,23 @@ TEST_F(GridScrollTest, WhileTheThumbIsDraggedTheCursorHoversAndSelectsNothing) {
     EXPECT_EQ(grid.hoverIndex, hovered);
     EXPECT_TRUE(grid.scrollBarHovered);
     EXPECT_FALSE(grid.mouseDragging);
+}
+
+TEST_F(GridScrollTest, TheThumbOfAPaneThatLiesLowerFollowsTheCursorToo) {
+    givenPane(10 * kCellWidth + 10, 300, 0, 70);
+    pressScrollBar(grid, 70 + 10);
+    ASSERT_TRUE(grid.scrollBarDragging);
+    EXPECT_EQ(grid.scrollBarGrabY, 10);
+    dragThumb(grid, 70 + 10 + scrollThumb(grid)->track / 2);
+    EXPECT_FLOAT_EQ(grid.scrollY, maxScroll(grid) / 2);
+}
+
+TEST_F(GridScrollTest, APressWhereNoBarIsDoesNothing) {
+    givenItems({L"a"});
+    pressScrollBar(grid, 5);
+    dragThumb(grid, 50);
+    EXPECT_FALSE(grid.scrollBarDragging);
+    EXPECT_EQ(grid.scrollY, 0);
 }
 
 TEST_F(GridScrollTest, APressBesideTheThumbPagesTowardsTheCursor) {
