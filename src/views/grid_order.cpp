@@ -52,7 +52,6 @@ double weightOf(FileMetaData* data, std::int64_t now, double timeoutDays) {
 }
 
 int wantedPlace(const PinnedCell& pinned, int count) {
-    if (pinned.weight >= 1) return std::min(pinned.slot, count - 1);
     const double place = std::round(pinned.naturalPlace * (1 - pinned.weight) + pinned.slot * pinned.weight);
     return static_cast<int>(std::clamp(place, 0.0, static_cast<double>(count - 1)));
 }

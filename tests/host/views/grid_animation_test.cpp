@@ -184,6 +184,7 @@ TEST_F(GridAnimationTest, ADraggedCellIsHeldStillAndShakesOnceWhereItLands) {
     EXPECT_FALSE(b.hovered);
     EXPECT_EQ(b.shakeTime, 0);
     EXPECT_EQ(b.shakeX, 0);
+    EXPECT_EQ(b.shakeY, 0);
     b.dragged = false;
     grid.clearHover();
     EXPECT_TRUE(frame(0.1f));

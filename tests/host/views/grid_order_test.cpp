@@ -36,6 +36,17 @@ TEST_F(GridOrderTest, OfTheSameAgeTheFirstInThePaneStandsFirst) {
     EXPECT_EQ(orderOf(L"G"), (Words{L"c", L"a", L"b"}));
 }
 
+TEST_F(GridOrderTest, ACellOfWhichNothingIsKnownIsOlderThanAnyOther) {
+    EntryList list;
+    list.entries = {item(L"unknown", cluster(L"G"), 7), item(L"old", cluster(L"G"), 1)};
+    list.entries.front().metaData = nullptr;
+    grid.setEntries(list, TabKind::Desktop);
+    ASSERT_EQ(grid.groups.size(), 1u);
+    grid.groups.front().cells = {0, 1};
+    reorder();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"old", L"unknown"}));
+}
+
 TEST_F(GridOrderTest, AFreshPlaceHoldsExactlyForTheTimeoutAndHalvesEveryTwoTimeoutsAfterIt) {
     EXPECT_EQ(slotWeight(0, 30), 1);
     EXPECT_EQ(slotWeight(30, 30), 1);
@@ -63,6 +74,21 @@ TEST_F(GridOrderTest, AtThreeTimeoutsACellStandsHalfwayBetweenItsSlotAndItsNatur
     givenSlot(L"G0", 4, 90);
     reorder();
     EXPECT_EQ(orderOf(L"G"), (Words{L"G1", L"G2", L"G0", L"G3", L"G4"}));
+}
+
+TEST_F(GridOrderTest, ACellThatIsNaturallyFurtherBackComesHalfwayForward) {
+    givenGroups({{L"G", 5}});
+    givenSlot(L"G4", 0, 90);
+    reorder();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G4", L"G2", L"G3"}));
+}
+
+TEST_F(GridOrderTest, ACellWhoseOldSlotIsItsNaturalPlaceStaysThere) {
+    givenGroups({{L"G", 5}});
+    givenSlot(L"G0", 0, 90);
+    givenSlot(L"G3", 3, 90);
+    reorder();
+    EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G2", L"G3", L"G4"}));
 }
 
 TEST_F(GridOrderTest, AHalfPlaceRoundsAwayFromTheStart) {
@@ -102,6 +128,7 @@ TEST_F(GridOrderTest, ASlotWithoutATimeIsNoPlace) {
     data(L"G0").slot = 2;
     reorder();
     EXPECT_EQ(orderOf(L"G"), (Words{L"G0", L"G1", L"G2"}));
+    EXPECT_EQ(data(L"G0").slot, 2);
 }
 
 TEST_F(GridOrderTest, ASlotBeyondTheGroupMeansItsEnd) {
