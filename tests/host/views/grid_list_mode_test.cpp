@@ -55,6 +55,15 @@ TEST_F(GridListTest, TheColumnsShareTheWidthBesideTheIconBandAndTheScrollBar) {
     EXPECT_FLOAT_EQ(columns[3].width, 100);
 }
 
+TEST_F(GridListTest, TheLeftEdgeBelongsToAColumnAndTheRightOneToTheNext) {
+    const ViewRect view{100, 0, 544, 400};
+    EXPECT_EQ(grid.listMode.columnAt(133.5f, view, 10, 10), std::nullopt);
+    EXPECT_EQ(grid.listMode.columnAt(134, view, 10, 10), SortColumn::Name);
+    EXPECT_EQ(grid.listMode.columnAt(284, view, 10, 10), SortColumn::Path);
+    EXPECT_EQ(grid.listMode.columnAt(633.5f, view, 10, 10), SortColumn::Date);
+    EXPECT_EQ(grid.listMode.columnAt(634, view, 10, 10), std::nullopt);
+}
+
 TEST_F(GridListTest, APressInTheIconBandOrBesideTheColumnsIsIgnored) {
     givenResults({item(L"b"), item(L"a")});
     click(20, 5);
@@ -81,6 +90,15 @@ TEST_F(GridListTest, AThirdClickLeavesTheRowsDescendingWhileTheArrowGoes) {
     EXPECT_EQ(grid.listMode.sortState, SortState::None);
     clickColumn(SortColumn::Name);
     EXPECT_EQ(cellNames(), (Words{L"a", L"b", L"c"}));
+}
+
+TEST_F(GridListTest, NoColumnIsNoClick) {
+    givenResults({item(L"b"), item(L"a")});
+    clickColumn(SortColumn::Name);
+    grid.listMode.clickColumn(SortColumn::None, grid.cells, shell);
+    EXPECT_EQ(grid.listMode.sortColumn, SortColumn::Name);
+    EXPECT_EQ(grid.listMode.sortState, SortState::Ascending);
+    EXPECT_EQ(cellNames(), (Words{L"a", L"b"}));
 }
 
 TEST_F(GridListTest, AnotherColumnStartsAscendingAgain) {

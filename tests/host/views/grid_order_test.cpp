@@ -235,6 +235,14 @@ TEST_F(GridOrderTest, AmongGroupsWithoutARankTheMoreUsedStandsFirst) {
     EXPECT_EQ(groupNames(), (Words{L"Daily", L"Weekly", L"Rare"}));
 }
 
+TEST_F(GridOrderTest, GroupsOfTheSameUseKeepTheOrderInWhichTheyCame) {
+    const std::int64_t now = clock.unixTime;
+    EntryList list;
+    for (const wchar_t* name : {L"C", L"A", L"B"}) list.entries.push_back(item(name, cluster(name), now));
+    grid.setEntries(list, TabKind::Desktop);
+    EXPECT_EQ(groupNames(), (Words{L"C", L"A", L"B"}));
+}
+
 TEST_F(GridOrderTest, UsageFadesWithATimeConstantOfThirtyDaysAndAddsUp) {
     givenGroups({{L"G", 3}});
     data(L"G0").timestamp = clock.unixTime - 30 * kDay;
