@@ -343,6 +343,21 @@ TEST_F(SearchNamesTest, ATextOfOneUnitAgainAndAgainHasOneList) {
     }
 }
 
+TEST_F(SearchNamesTest, NothingOfWhatAnIndexHeldBeforeItWasClearedCounts) {
+    for (int i = 0; i < 70; ++i) file(L"a name of yesterday " + std::to_wstring(i) + L".txt");
+    index.prepareSearches();
+    ASSERT_EQ(index.searchNames(L"*.txt").size(), 70u);
+    index.clearIndex();
+    files({L"plan.md", L"planet.txt", L"sea"});
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(found(L"*.txt"), (Names{L"planet.txt"}));
+        EXPECT_EQ(found(L"???"), (Names{L"sea"}));
+        EXPECT_EQ(found(L"plan"), (Names{L"plan.md", L"planet.txt"}));
+        EXPECT_EQ(found(L"yesterday"), Names{});
+        index.prepareSearches();
+    }
+}
+
 TEST_F(SearchNamesTest, AFewNamesMayHaveLongLists) {
     std::wstring name;
     for (int i = 0; i < 80; ++i) name += L"abc";
