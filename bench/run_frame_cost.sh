@@ -11,10 +11,7 @@ prefix=''
 clean_up() {
     local status=$?
     trap - EXIT
-    if [[ -n $prefix ]]; then
-        wine_stop "$prefix"
-        rm -rf "$prefix"
-    fi
+    [[ -z $prefix ]] || wine_remove "$prefix"
     xvfb_stop
     exit "$status"
 }

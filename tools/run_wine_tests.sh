@@ -44,19 +44,19 @@ wine_set_screen "$prefix" 1280x800 "$varnelo_root/resources/wallpapers/dark.jpg"
 https_start "$prefix/home/https" "$((2 * time_limit + 60))"
 https_trust "$prefix"
 
+run_cases() {
+    (
+        cd "$programs"
+        wine_exec "$prefix" timeout --kill-after=10 "$time_limit" "$wine_loader" "$1" \
+            --gtest_filter="$filter" --gtest_color=no
+    )
+}
+
 passed=0 failed=0
 for name in host_tests wine_tests; do
     log=$prefix/home/$name.log
-    for _ in 1 2 3; do
-        status=0
-        (
-            cd "$programs"
-            wine_exec "$prefix" timeout --kill-after=10 "$time_limit" "$wine_loader" "$name.exe" \
-                --gtest_filter="$filter" --gtest_color=no </dev/null >"$log" 2>&1
-        ) || status=$?
-        wine_never_began "$status" "$log" || break
-        echo "Wine did not start $name.exe"
-    done
+    status=0
+    wine_begin "$log" run_cases "$name.exe" || status=$?
     # A separate pass: Wine's services may keep a pipe open for as long as they live.
     tr -d '\r' <"$log"
     ok=$(grep -c '^\[       OK \]' "$log" || true)

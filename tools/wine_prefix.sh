@@ -45,22 +45,26 @@ wine_run() {
 # wine_quiet PREFIX PROGRAM.exe ARGS...: the same with no output. Programs that make Wine start its services go this
 # way: the services inherit the output for as long as they live.
 wine_quiet() {
-    local said status=0 attempt
+    local said status=0
     said=$(mktemp)
-    for attempt in 1 2 3; do
-        status=0
-        WINEDEBUG=-all wine_run "$@" </dev/null >"$said" 2>&1 || status=$?
-        wine_never_began "$status" "$said" || break
-        echo "Wine did not start $2 (attempt $attempt)" >&2
-    done
+    WINEDEBUG=-all wine_begin "$said" wine_run "$@" || status=$?
     rm -f "$said"
     return "$status"
 }
 
-# wine_never_began STATUS OUTPUT: whether Wine itself ended before the program began, as it does once in a thousand times
-# or so: with 1, in a few milliseconds, and without a word. Programs that fail say why.
-wine_never_began() {
-    [[ $1 == 1 && ! -s $2 ]]
+# wine_begin OUTPUT COMMAND...: runs a command that starts a Windows program, with all it says in the file OUTPUT. Once in
+# a thousand times or so Wine itself ends before the program has begun: with 1, in a few milliseconds, and without a
+# word. Programs that fail say why, so such a start is known, and made again.
+wine_begin() {
+    local output=$1 status
+    shift
+    for _ in 1 2 3; do
+        status=0
+        "$@" </dev/null >"$output" 2>&1 || status=$?
+        [[ $status == 1 && ! -s $output ]] || break
+        echo "Wine did not start: $*" >&2
+    done
+    return "$status"
 }
 
 # wine_import PREFIX FILE.reg...: takes UTF-8 registry files.

@@ -33,7 +33,7 @@ class Pointer(DesktopCase):
             self.hands.move(layout.icon_box(WEEK, 1).middle)
             return any(p.crop(label).pixels != before.crop(label).pixels for p in self.watch(0.6))
         # A shake is over in half a second, and on a busy machine a look may come too late.
-        wait_for(seen_to_shake, "a label that shakes with its icon", 20)
+        wait_for(seen_to_shake, "a label that shakes with its icon")
         after = self.rest()
         self.assertEqual(after.crop(label).pixels, before.crop(label).pixels, "and comes back to its place")
         growth = self.icon_width(after, layout, 1) / self.icon_width(before, layout, 1)

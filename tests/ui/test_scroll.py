@@ -61,7 +61,7 @@ class Scrolling(DesktopCase):
             self.hands.wheel(1)
             return self.scroll_bar_seen(self.program.picture(), layout)
         # On a busy machine a look may come when it has faded already, or before it is there.
-        wait_for(seen_after_a_turn, "the scroll bar", 20)
+        wait_for(seen_after_a_turn, "the scroll bar")
         picture = self.rest()
         self.assertFalse(self.scroll_bar_seen(picture, layout), "it is gone when the window is at rest")
         self.close()
